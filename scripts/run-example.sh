@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Quick start (1): installs what is missing, builds and installs the library into a staging
+# prefix, builds the example application against that installed package and runs it.
+# Arguments are passed to the example (e.g. --gui when a display is present).
+set -euo pipefail
+top=$(cd "$(dirname "$0")/.." && pwd)
+bash "$top/scripts/install-deps.sh"
+build=${VANTOR_BUILD_DIR:-$top/build}
+stage=$build/stage
+VANTOR_BUILD_DIR=$build bash "$top/scripts/build.sh" -DVANTOR_BUILD_TESTS=OFF -DVANTOR_BUILD_EXAMPLES=OFF
+cmake --install "$build" --prefix "$stage" > /dev/null
+cmake -S "$top/examples" -B "$build/examples" -G Ninja -DCMAKE_PREFIX_PATH="$stage" \
+      -DCMAKE_INSTALL_RPATH="$stage/lib" -DCMAKE_BUILD_RPATH="$stage/lib" > /dev/null
+cmake --build "$build/examples"
+export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
+exec "$build/examples/vantor-demo" "$@"

@@ -1,0 +1,3 @@
+#include "Vantor.h"
+
+Vantor::Vantor() = default;

@@ -1,0 +1,3 @@
+#include "VantorLogging_p.h"
+
+Q_LOGGING_CATEGORY(lcVantor, "vantor")

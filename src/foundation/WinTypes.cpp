@@ -1,0 +1,5 @@
+#include "WinTypes.h"
+
+#ifndef _WIN32
+CFileException::~CFileException() = default;
+#endif
