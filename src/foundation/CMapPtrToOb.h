@@ -1,0 +1,44 @@
+#pragma once
+
+#include "vantor_export.h"
+
+#include <QList>
+#include <QMap>
+
+class QObject;
+
+/**
+ * A map from pointer keys (ordered by address) to object pointers, with the member names of the
+ * Windows class-library map. The keys are kept in ascending order; the map never owns what its
+ * values point to.
+ */
+class VANTOR_EXPORT CMapPtrToOb
+{
+public:
+    CMapPtrToOb();
+
+    /// The number of keys, counting those added by a failed Lookup or GetAt.
+    int GetCount() const;
+
+    /**
+     * Sets `value` to the value stored for the key and returns true when it is not null.
+     * Deliberately, an absent key is added with a null value: `value` becomes null, false
+     * is returned and the key is counted and listed from then on. A key stored with a null
+     * value also gives false.
+     */
+    bool Lookup(void *key, QObject *&value);
+    /// The value for the key through Lookup, so an absent key is added; null when unset.
+    QObject *GetAt(void *key);
+    /// Inserts the key with the value, or replaces the value of an existing key.
+    void SetAt(void *key, QObject *value);
+    /// Removes the key if present.
+    void RemoveKey(void *key);
+    /// Removes every key; the objects are not deleted.
+    void RemoveAll();
+
+    /// Every key in ascending order.
+    QList<void *> GetKeyList() const;
+
+private:
+    QMap<void *, QObject *> m_Map;
+};

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "vantor_export.h"
+
+#include <QList>
+#include <QMap>
+#include <QString>
+
+class QObject;
+
+/**
+ * A map from text keys to object pointers, with the member names of the Windows class-library map.
+ * The keys are kept in ascending order; the map never owns what its values point to.
+ * Keys are UTF-8 text, compared exactly (case-sensitive); a null key is the empty text.
+ */
+class VANTOR_EXPORT CMapStringToOb
+{
+public:
+    CMapStringToOb();
+
+    /// The number of keys, counting those added by a failed Lookup or GetAt.
+    int GetCount() const;
+
+    /**
+     * Sets `value` to the value stored for the key and returns true when it is not null.
+     * Deliberately, an absent key is added with a null value: `value` becomes null, false
+     * is returned and the key is counted and listed from then on. A key stored with a null
+     * value also gives false.
+     */
+    bool Lookup(char const *key, QObject *&value);
+    /// The value for the key through Lookup, so an absent key is added; null when unset.
+    QObject *GetAt(char const *key);
+    /// Inserts the key with the value, or replaces the value of an existing key.
+    void SetAt(char const *key, QObject *value);
+    /// Removes the key if present.
+    void RemoveKey(char const *key);
+    /// Removes every key; the objects are not deleted.
+    void RemoveAll();
+
+    /// Every key in ascending order.
+    QList<QString> GetKeyList() const;
+
+private:
+    QMap<QString, QObject *> m_Map;
+};

@@ -1,0 +1,3 @@
+#include "CObList.h"
+
+CObList::CObList() = default;

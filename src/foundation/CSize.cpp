@@ -1,0 +1,9 @@
+#include "CSize.h"
+
+CSize::CSize()
+    : CSize(0, 0)
+{ }
+
+CSize::CSize(int w, int h)
+    : tagSIZE {w, h}
+{ }

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "vantor_export.h"
+
+#include <QList>
+
+/**
+ * An index-addressed array of 16-bit unsigned words, with the member names of the Windows
+ * class-library word array. Copies are cheap (implicitly shared) until one side changes.
+ */
+class VANTOR_EXPORT CWordArray
+{
+public:
+    CWordArray();
+
+    int GetSize() const;
+    int GetCount() const;
+
+    /**
+     * The element at the index. The index is not checked as part of the contract: callers pass
+     * 0 to GetSize() - 1 (anything else gives 0, never a crash).
+     */
+    unsigned short GetAt(int index) const;
+    /// As GetAt.
+    unsigned short operator[](int index) const;
+
+    void Add(unsigned short value);
+    /// Inserts before the index (0 to GetSize()); a bad index is clamped to that range.
+    void InsertAt(int index, unsigned short value);
+    /// Removes the element at the index; an index that is negative or not below the size is
+    /// ignored.
+    void RemoveAt(int index);
+    void RemoveAll();
+
+    /// Empties this array, then appends every element of `other` in order.
+    void Copy(CWordArray other);
+
+private:
+    QList<unsigned short> m_List;
+};
