@@ -6,9 +6,9 @@
 
 struct DemoContext
 {
-    QStringList args;    ///< the command line
-    bool gui = false;    ///< --gui: a display is present and dialogs may be shown
-    QString outputDir;   ///< where sections write files (a temporary folder unless --out is given)
+    QStringList args;  ///< the command line
+    bool gui = false;  ///< --gui: a display is present and dialogs may be shown
+    QString outputDir; ///< where sections write files (a temporary folder unless --out is given)
 };
 
 using DemoFunction = int (*)(DemoContext &);

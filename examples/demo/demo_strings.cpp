@@ -10,7 +10,8 @@ static int run(DemoContext &)
                 .arg(s.text.trimmed())
                 .arg(s.GetLength(false))
                 .arg(s.GetLength(true)));
-    demoSay(QStringLiteral("escaped for a comma-delimited file: %1").arg(QString::fromUtf8(s.GetData(true))));
+    demoSay(QStringLiteral("escaped for a comma-delimited file: %1")
+                .arg(QString::fromUtf8(s.GetData(true))));
     CString f;
     f.Format("%s=%05.1f", "level", 3.14159);
     demoSay(QStringLiteral("Format: %1").arg(f.text));

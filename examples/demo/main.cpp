@@ -49,8 +49,10 @@ int main(int argc, char **argv)
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("A tour of the Vantor library"));
     parser.addHelpOption();
-    QCommandLineOption gui(QStringLiteral("gui"), QStringLiteral("Show the dialogs (needs a display)."));
-    QCommandLineOption out(QStringLiteral("out"), QStringLiteral("Folder for the files the tour writes."),
+    QCommandLineOption gui(QStringLiteral("gui"),
+                           QStringLiteral("Show the dialogs (needs a display)."));
+    QCommandLineOption out(QStringLiteral("out"),
+                           QStringLiteral("Folder for the files the tour writes."),
                            QStringLiteral("dir"));
     parser.addOption(gui);
     parser.addOption(out);

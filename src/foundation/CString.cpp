@@ -7,23 +7,19 @@ CString::CString() = default;
 
 CString::CString(const QString &s)
     : text(s)
-{
-}
+{ }
 
 CString::CString(char const *s)
     : text(QString::fromUtf8(s))
-{
-}
+{ }
 
 CString::CString(char *s)
     : text(QString::fromUtf8(s))
-{
-}
+{ }
 
 CString::CString(unsigned char *s)
     : text(QString::fromUtf8(reinterpret_cast<const char *>(s)))
-{
-}
+{ }
 
 CString &CString::operator=(char const *s)
 {

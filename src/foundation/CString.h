@@ -92,7 +92,10 @@ public:
     bool operator!=(const CString &other) const { return text != other.text; }
     bool operator<(const CString &other) const { return text < other.text; }
     CString &operator+=(const CString &other);
-    friend CString operator+(const CString &a, const CString &b) { return CString(a.text + b.text); }
+    friend CString operator+(const CString &a, const CString &b)
+    {
+        return CString(a.text + b.text);
+    }
 
     /// The value.
     QString text;

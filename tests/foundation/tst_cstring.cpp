@@ -82,12 +82,12 @@ void tst_CString::escape_data()
     QTest::addColumn<QByteArray>("escaped");
     QTest::newRow("comma cr lf") << QByteArray("a,b\rc\nd") << QByteArray("a,b\rc\nd")
                                  << QByteArray("a`b^c^d");
-    QTest::newRow("crlf gives two carets") << QByteArray("x\r\n") << QByteArray("x\r\n")
-                                           << QByteArray("x^^");
-    QTest::newRow("korean untouched") << QByteArray("가,나") << QByteArray("가,나")
-                                      << QByteArray("가`나");
-    QTest::newRow("back-quote and caret stay") << QByteArray("`^") << QByteArray("`^")
-                                               << QByteArray("`^");
+    QTest::newRow("crlf gives two carets")
+        << QByteArray("x\r\n") << QByteArray("x\r\n") << QByteArray("x^^");
+    QTest::newRow("korean untouched")
+        << QByteArray("가,나") << QByteArray("가,나") << QByteArray("가`나");
+    QTest::newRow("back-quote and caret stay")
+        << QByteArray("`^") << QByteArray("`^") << QByteArray("`^");
 }
 
 void tst_CString::escape()
@@ -153,7 +153,9 @@ void tst_CString::extraction()
     QFETCH(int, b);
     QFETCH(QString, expected);
     const CString s("abc");
-    CString r = op == QLatin1String("L") ? s.Left(a) : op == QLatin1String("R") ? s.Right(a) : s.Mid(a, b);
+    CString r = op == QLatin1String("L") ? s.Left(a)
+        : op == QLatin1String("R")       ? s.Right(a)
+                                         : s.Mid(a, b);
     QCOMPARE(r.text, expected);
     QCOMPARE(s.text, QStringLiteral("abc"));
 }
@@ -254,14 +256,17 @@ void tst_CString::makeString_data()
     QTest::addColumn<QByteArray>("expected");
     QTest::newRow("trailing spaces trimmed") << QByteArray("ab  ") << 4 << 0 << QByteArray("ab");
     QTest::newRow("all spaces kept, cut") << QByteArray("    ") << 4 << 0 << QByteArray("   ");
-    QTest::newRow("double-byte fits") << QByteArray("a\xB0\xA1") << 4 << 0 << QByteArray("a\xB0\xA1");
+    QTest::newRow("double-byte fits")
+        << QByteArray("a\xB0\xA1") << 4 << 0 << QByteArray("a\xB0\xA1");
     QTest::newRow("double-byte cut whole") << QByteArray("a\xB0\xA1") << 3 << 0 << QByteArray("a");
     QTest::newRow("short text copied") << QByteArray("abc") << 10 << 0 << QByteArray("abc");
-    QTest::newRow("long text cut at size-1") << QByteArray("abcdefgh") << 4 << 0 << QByteArray("abc");
+    QTest::newRow("long text cut at size-1")
+        << QByteArray("abcdefgh") << 4 << 0 << QByteArray("abc");
     QTest::newRow("escape") << QByteArray("a,b\r\nc") << 16 << 1 << QByteArray("a`b^^c");
     QTest::newRow("no escape") << QByteArray("a,b") << 16 << 0 << QByteArray("a,b");
     QTest::newRow("inner spaces kept") << QByteArray("a b c ") << 16 << 0 << QByteArray("a b c");
-    QTest::newRow("space after double-byte") << QByteArray("\xB0\xA1 ") << 16 << 0 << QByteArray("\xB0\xA1");
+    QTest::newRow("space after double-byte")
+        << QByteArray("\xB0\xA1 ") << 16 << 0 << QByteArray("\xB0\xA1");
     QTest::newRow("size 1") << QByteArray("abc") << 1 << 0 << QByteArray("");
     QTest::newRow("dangling lead byte") << QByteArray("ab\xB0") << 16 << 0 << QByteArray("ab");
 }
