@@ -1,0 +1,382 @@
+#include "PrintMessage.h"
+#include "PrintMessage_p.h"
+
+#include "CCommonQueue.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QThread>
+
+#include <atomic>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <mutex>
+#include <thread>
+
+int ExternPrintMessageFlag = 1;
+
+namespace {
+
+// One log record: a formatted message of at most 2,047 bytes and its terminating zero.
+constexpr int LogRecordSize = 2048;
+constexpr int LogRecordCount = 10000;
+constexpr int SecondsPerDay = 86400;
+
+using PrintFunction = void (*)(CString);
+
+/// The state of the one log file of the process.
+struct LogFileInfo
+{
+    CString Name;
+    int Year = 0;
+    int Month = 0;
+    int Day = 0;
+    int KeepDays = 0;
+    std::mutex Lock; // held around each write
+    int Append = 0;
+    FILE *Stream = nullptr;
+    int MaxSize = 0;
+};
+
+/**
+ * Module state of the message log. Members are destroyed in reverse order: the log file (its
+ * name and lock) goes before the queue, and the destructor's body first stops a running writer
+ * and closes the stream.
+ */
+class LogModule
+{
+public:
+    LogModule();
+    ~LogModule();
+
+    void startWriter();
+    bool takeRecord(char *record);
+    void writeRecord(const char *record);
+    void flush();
+
+    std::atomic<int> logFileSet {0};
+    std::atomic<PrintFunction> callback {nullptr};
+    std::atomic<int> stopFlag {0};
+    std::atomic<VantorPrivate::LogClock> clock {nullptr};
+
+    CCommonQueue queue;
+    // The ring has many adders and one taker; the taker copies a record out under this lock so
+    // that no Add can write over the slot while it is being read.
+    std::mutex queueLock;
+    LogFileInfo file;
+
+    std::mutex writerLock;
+    std::thread writer;
+    std::atomic<bool> unloading {false};
+};
+
+// Zero-initialised before any constructor runs: a message logged before the module exists or
+// after it is gone skips the log path instead of touching a dead queue.
+bool moduleAlive = false;
+
+LogModule::LogModule()
+    : queue(LogRecordSize, "", 0, LogRecordCount, 1)
+{
+    moduleAlive = true;
+}
+
+LogModule::~LogModule()
+{
+    {
+        std::lock_guard<std::mutex> guard(writerLock);
+        if (writer.joinable()) {
+            unloading = true;
+            stopFlag = 1;
+            writer.join();
+        }
+    }
+    moduleAlive = false;
+    std::lock_guard<std::mutex> locker(file.Lock);
+    if (file.Stream) {
+        fclose(file.Stream);
+        file.Stream = nullptr;
+    }
+}
+
+LogModule logModule;
+
+qint64 currentTime()
+{
+    const VantorPrivate::LogClock clock = logModule.clock.load(std::memory_order_relaxed);
+    return clock ? clock() : static_cast<qint64>(std::time(nullptr));
+}
+
+bool toLocalDate(qint64 seconds, std::tm *out)
+{
+    const std::time_t t = static_cast<std::time_t>(seconds);
+#ifdef Q_OS_WIN
+    return localtime_s(out, &t) == 0;
+#else
+    return localtime_r(&t, out) != nullptr;
+#endif
+}
+
+FILE *openStream(const CString &name, int append)
+{
+    if (name.IsEmpty())
+        return nullptr;
+    return std::fopen(QFile::encodeName(name.text).constData(), append ? "a" : "w");
+}
+
+/**
+ * The dated name of the log for time `t` (seconds since 1970), or an empty name when the log
+ * is undated or the date is the one remembered. The date goes before the last "." of the whole
+ * name; a name without a "." serves as both base and extension. A new date is remembered.
+ */
+CString makeDatedLogName(LogFileInfo &info, qint64 t, bool createFolder)
+{
+    if (info.KeepDays == 0 || info.Name.IsEmpty())
+        return CString();
+    std::tm tm {};
+    if (!toLocalDate(t, &tm))
+        return CString();
+    const int year = tm.tm_year + 1900;
+    const int month = tm.tm_mon + 1;
+    const int day = tm.tm_mday;
+    if (info.Year == year && info.Month == month && info.Day == day)
+        return CString();
+
+    const QString &name = info.Name.text;
+    const int dot = name.lastIndexOf(QLatin1Char('.'));
+    const QString base = dot < 0 ? name : name.left(dot);
+    const QString extension = dot < 0 ? name : name.mid(dot);
+    const QString dated = base + QString::asprintf("%04d%02d%02d", year, month, day) + extension;
+
+    if (createFolder && !QFileInfo::exists(dated))
+        QDir().mkpath(QFileInfo(dated).path());
+    info.Year = year;
+    info.Month = month;
+    info.Day = day;
+    return CString(dated);
+}
+
+void openLogFile(LogFileInfo &info, char const *name, int keepDays, int append, int maxSize)
+{
+    const CString fileName(name);
+    std::lock_guard<std::mutex> locker(info.Lock);
+    info.MaxSize = maxSize;
+    info.Name = fileName;
+    info.KeepDays = keepDays;
+    info.Append = append;
+    // A dated log only remembers today here: the first day is written to the plain name.
+    if (keepDays != 0)
+        makeDatedLogName(info, currentTime(), true);
+    if (info.Stream)
+        fclose(info.Stream);
+    info.Stream = openStream(info.Name, append);
+}
+
+/// Cuts a message that filled the buffer back to its last whole UTF-8 character.
+void cutToWholeCharacter(char *text, int length)
+{
+    int lead = length - 1;
+    int continuation = 0;
+    while (lead >= 0 && continuation < 3 &&
+           (static_cast<unsigned char>(text[lead]) & 0xC0) == 0x80) {
+        --lead;
+        ++continuation;
+    }
+    if (lead < 0)
+        return;
+    const unsigned char c = static_cast<unsigned char>(text[lead]);
+    const int needed = (c & 0xE0) == 0xC0 ? 2 : (c & 0xF0) == 0xE0 ? 3 : (c & 0xF8) == 0xF0 ? 4 : 1;
+    if (needed > continuation + 1 && needed > 1)
+        text[lead] = '\0';
+}
+
+/// Formats into a record of LogRecordSize bytes, zero-filled after the text.
+void formatRecord(char *record, char const *format, va_list args)
+{
+    const int n = std::vsnprintf(record, LogRecordSize, format, args);
+    if (n < 0)
+        record[0] = '\0';
+    else if (n >= LogRecordSize)
+        cutToWholeCharacter(record, LogRecordSize - 1);
+    const size_t length = std::strlen(record);
+    std::memset(record + length, 0, LogRecordSize - length);
+}
+
+void addToLog(char *record)
+{
+    std::lock_guard<std::mutex> locker(logModule.queueLock);
+    // A full ring gives up its oldest message for the newest; left alone, the ring would wrap
+    // onto its read position and read as empty, losing every queued message at once.
+    if (logModule.queue.GetCount() >= LogRecordCount - 1)
+        logModule.queue.Delete(1);
+    logModule.queue.Add(record, nullptr, 10000, 1, nullptr);
+}
+
+bool LogModule::takeRecord(char *record)
+{
+    std::lock_guard<std::mutex> locker(queueLock);
+    const char *data = queue.Get(-1, 0, 0, nullptr);
+    if (!data)
+        return false;
+    const size_t length = strnlen(data, LogRecordSize - 1);
+    std::memcpy(record, data, length);
+    record[length] = '\0';
+    return true;
+}
+
+void LogModule::writeRecord(const char *record)
+{
+    std::lock_guard<std::mutex> locker(file.Lock);
+    const qint64 now = currentTime();
+    const CString dated = makeDatedLogName(file, now, true);
+    if (!dated.IsEmpty()) {
+        // Both lookups share the remembered date, which ends on the expired day: every later
+        // message repeats the delete-and-reopen, as the header describes.
+        const CString expired =
+            makeDatedLogName(file, now - qint64(file.KeepDays) * SecondsPerDay, false);
+        if (!expired.IsEmpty())
+            QFile::remove(expired.text);
+        if (file.Stream)
+            fclose(file.Stream);
+        file.Stream = openStream(dated, file.Append);
+    }
+    if (!file.Stream)
+        return; // dropped: there is no file to write to
+    if (std::ftell(file.Stream) > file.MaxSize)
+        std::rewind(file.Stream);
+    std::fputs(record, file.Stream);
+}
+
+void LogModule::flush()
+{
+    std::lock_guard<std::mutex> locker(file.Lock);
+    if (file.Stream)
+        std::fflush(file.Stream);
+}
+
+/// Copies queued messages into the log file until the stop flag is set; returns 1 then.
+/// The file is flushed whenever the ring runs empty, so a message is on disk within a moment.
+int LogWriterLoop()
+{
+    char record[LogRecordSize];
+    bool unflushed = false;
+    for (;;) {
+        if (logModule.stopFlag.load())
+            return 1;
+        if (!logModule.logFileSet.load() || !logModule.takeRecord(record)) {
+            if (unflushed) {
+                logModule.flush();
+                unflushed = false;
+            }
+            QThread::msleep(1);
+            continue;
+        }
+        logModule.writeRecord(record);
+        unflushed = true;
+    }
+}
+
+void LogModule::startWriter()
+{
+    writer = std::thread([this] {
+        LogWriterLoop();
+        if (unloading) {
+            char record[LogRecordSize];
+            while (takeRecord(record))
+                writeRecord(record);
+        }
+        flush();
+    });
+}
+
+} // namespace
+
+void PrintMessage(char const *format, ...)
+{
+    va_list args;
+    va_start(args, format);
+    PrintMessageSub(format, args);
+    va_end(args);
+}
+
+void PrintMessageSub(char const *format, va_list args)
+{
+    const int toApplication = ExternPrintMessageFlag;
+    const int toLog = moduleAlive && logModule.logFileSet.load(std::memory_order_relaxed);
+    if ((!toApplication && !toLog) || !format)
+        return;
+
+    char record[LogRecordSize];
+    bool formatted = false;
+    if (toLog) {
+        va_list copy;
+        va_copy(copy, args);
+        formatRecord(record, format, copy);
+        va_end(copy);
+        formatted = true;
+        addToLog(record);
+    }
+    if (!toApplication)
+        return;
+
+    const PrintFunction callback = logModule.callback.load(std::memory_order_relaxed);
+    if (!callback) {
+        va_list copy;
+        va_copy(copy, args);
+        std::vfprintf(stdout, format, copy);
+        va_end(copy);
+        return;
+    }
+    if (!formatted) {
+        va_list copy;
+        va_copy(copy, args);
+        formatRecord(record, format, copy);
+        va_end(copy);
+    }
+    callback(CString(record));
+}
+
+void SetPrintMessageFunction(void (*function)(CString))
+{
+    logModule.callback.store(function, std::memory_order_relaxed);
+}
+
+void SetLogFile(char const *name, int keepDays)
+{
+    logModule.logFileSet = 1;
+    openLogFile(logModule.file, name, keepDays, 1, 4096);
+}
+
+void ClosePrintMessageThread()
+{
+    logModule.stopFlag = 1;
+}
+
+bool StartPrintMessageThread()
+{
+    std::lock_guard<std::mutex> guard(logModule.writerLock);
+    if (logModule.writer.joinable()) {
+        // The writer only ends on a stop request; without one it is still running.
+        if (!logModule.stopFlag.load())
+            return true;
+        logModule.writer.join();
+    }
+    logModule.stopFlag = 0;
+    logModule.startWriter();
+    return true;
+}
+
+namespace VantorPrivate {
+
+void setLogClock(LogClock clock)
+{
+    logModule.clock.store(clock);
+}
+
+void openLogFile(char const *name, int keepDays, int append, int maxSize)
+{
+    ::openLogFile(logModule.file, name, keepDays, append, maxSize);
+}
+
+} // namespace VantorPrivate

@@ -1,0 +1,406 @@
+#include "CCommonQueue.h"
+
+#include "PrintMessage.h"
+#include "SystemTime.h"
+
+#include <QMutex>
+#include <QMutexLocker>
+
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+// The two positions are shared with other threads and processes: a taker must see a record's
+// bytes complete once it sees the EndPos that covers it, so positions are published with release
+// stores and read with acquire loads.
+#if defined(__GNUC__) || defined(__clang__)
+inline int loadPos(const int &p)
+{
+    return __atomic_load_n(&p, __ATOMIC_ACQUIRE);
+}
+inline void storePos(int &p, int v)
+{
+    __atomic_store_n(&p, v, __ATOMIC_RELEASE);
+}
+inline void storeBoth(QUEUEMEM *q, std::uint64_t v)
+{
+    __atomic_store_n(reinterpret_cast<std::uint64_t *>(q), v, __ATOMIC_RELEASE);
+}
+#else
+inline int loadPos(const int &p)
+{
+    return *static_cast<const volatile int *>(&p);
+}
+inline void storePos(int &p, int v)
+{
+    *static_cast<volatile int *>(&p) = v;
+}
+inline void storeBoth(QUEUEMEM *q, std::uint64_t v)
+{
+    *reinterpret_cast<volatile std::uint64_t *>(q) = v;
+}
+#endif
+
+// Serialises the first reach of a named segment by several threads sharing one queue object.
+QBasicMutex g_reachMutex;
+
+} // namespace
+
+CCommonQueue::CCommonQueue()
+    : m_pQueue(nullptr)
+    , m_pMutex(new QMutex)
+    , m_nLock(1)
+    , m_nMode(0)
+    , m_nCount(0)
+    , m_nSize(12)
+{ }
+
+CCommonQueue::CCommonQueue(int nDataSize, char const *pKey, int nMode, int nCount, int nLock)
+    : m_pQueue(nullptr)
+    , m_pMutex(nullptr)
+    , m_nLock(1)
+    , m_nMode(0)
+    , m_nCount(0)
+    , m_nSize(12)
+{
+    SetInfo(nDataSize, pKey, nMode, nCount, nLock);
+}
+
+CCommonQueue::~CCommonQueue()
+{
+    if (m_strName.isEmpty())
+        std::free(m_pQueue.loadAcquire());
+    delete m_pMutex;
+}
+
+void CCommonQueue::SetInfo(int nDataSize, char const *pKey, int nMode, int nCount, int nLock)
+{
+    const char *key = pKey ? pKey : "";
+    setKey(QString::fromLatin1(key));
+    m_pQueue.storeRelease(nullptr);
+    m_nMode = nMode;
+    m_nSize = nDataSize + static_cast<int>(sizeof(QUEUEITEM));
+    m_nCount = nCount;
+    m_strName = QString::fromUtf8(key);
+    m_nLock = nLock;
+    // Made before any thread can reach Add, so that Add never races to create it.
+    if (m_nLock && !m_pMutex)
+        m_pMutex = new QMutex;
+}
+
+void CCommonQueue::SetInfo(int nDataSize, CString strKey, int nMode, int nCount, int nLock)
+{
+    SetInfo(nDataSize, strKey.GetData(), nMode, nCount, nLock);
+}
+
+// Bytes of the whole block, or -1 when the geometry cannot describe one.
+static qint64 blockBytes(int nCount, int nSize)
+{
+    if (nCount < 0 || nSize < static_cast<int>(sizeof(QUEUEITEM)))
+        return -1;
+    const qint64 total = qint64(nCount) * nSize + qint64(sizeof(QUEUEMEM));
+    return total <= INT_MAX ? total : -1;
+}
+
+BOOL CCommonQueue::Init()
+{
+    if (m_strName.isEmpty())
+        return TRUE;
+    const qint64 total = blockBytes(m_nCount, m_nSize);
+    if (total < 0)
+        return TRUE;
+    QMutexLocker locker(&g_reachMutex);
+    // An existing segment makes create() fail; unless this object is already attached, no data
+    // pointer results and the live queue is left alone.
+    create(int(total), QSharedMemory::ReadWrite);
+    if (void *d = data()) {
+        if (size() >= total) {
+            std::memset(d, 0, size_t(total));
+            m_pQueue.storeRelease(static_cast<QUEUEMEM *>(d));
+        }
+    }
+    return TRUE;
+}
+
+QUEUEMEM *CCommonQueue::GetQueue()
+{
+    if (QUEUEMEM *q = m_pQueue.loadAcquire())
+        return q;
+    return reachBlock();
+}
+
+QUEUEMEM *CCommonQueue::reachBlock()
+{
+    const qint64 total = blockBytes(m_nCount, m_nSize);
+    if (total < 0)
+        return nullptr;
+
+    if (m_strName.isEmpty()) {
+        auto *fresh = static_cast<QUEUEMEM *>(std::calloc(1, size_t(total)));
+        if (!fresh)
+            return nullptr;
+        // Several threads may reach a private block at once: one allocation wins.
+        if (m_pQueue.testAndSetOrdered(nullptr, fresh))
+            return fresh;
+        std::free(fresh);
+        return m_pQueue.loadAcquire();
+    }
+
+    QMutexLocker locker(&g_reachMutex);
+    if (QUEUEMEM *q = m_pQueue.loadAcquire())
+        return q;
+    if (!isAttached())
+        attach(QSharedMemory::ReadWrite);
+    // A new segment starts zeroed by the system.
+    if (!isAttached())
+        create(int(total), QSharedMemory::ReadWrite);
+    void *d = data();
+    if (!d)
+        return nullptr;
+    if (size() < total) {
+        // A segment of another geometry under the same key: never index past its end.
+        detach();
+        return nullptr;
+    }
+    m_pQueue.storeRelease(static_cast<QUEUEMEM *>(d));
+    return static_cast<QUEUEMEM *>(d);
+}
+
+char *CCommonQueue::GetMem(QUEUEMEM *pQueue)
+{
+    return pQueue ? reinterpret_cast<char *>(pQueue) + sizeof(QUEUEMEM) : nullptr;
+}
+
+static inline QUEUEITEM *slotAt(char *mem, int index, int size)
+{
+    return reinterpret_cast<QUEUEITEM *>(mem + qint64(index) * size);
+}
+
+BOOL CCommonQueue::Add(char *pData, int *pPos, int nTimeOut, int nRetry, int *pPos2)
+{
+    QUEUEMEM *q = GetQueue();
+    if (!q || !pData)
+        return FALSE;
+
+    // Threads of this process are serialised by the mutex; other processes by the segment lock.
+    // A process-local queue has no segment and relies on the mutex alone.
+    QMutex *mutex = m_nLock ? m_pMutex : nullptr;
+    if (mutex)
+        mutex->lock();
+    const bool segmentLocked = m_nLock && !m_strName.isEmpty() && lock();
+    auto release = [&]() {
+        if (segmentLocked)
+            unlock();
+        if (mutex)
+            mutex->unlock();
+    };
+
+    if (loadPos(q->StartPos) < 0)
+        storePos(q->StartPos, 0);
+    int end = loadPos(q->EndPos);
+    if (end < 0) {
+        end = 0;
+        storePos(q->EndPos, 0);
+        if (m_nCount <= 0) {
+            release();
+            return FALSE;
+        }
+    }
+    if (end >= m_nCount) {
+        release();
+        return FALSE;
+    }
+
+    if (pPos)
+        *pPos = end;
+    if (pPos2)
+        *pPos2 = end;
+    char *slot = GetMem(q) + qint64(end) * m_nSize;
+    auto *item = reinterpret_cast<QUEUEITEM *>(slot);
+    item->Status = 1;
+    item->TimeOut = WORD(nTimeOut & 0xFFFF);
+    item->Retry = (m_nMode == 2) ? 1 : BYTE(((nRetry > 0 ? nRetry : 1) - 1) & 0xFF);
+    item->Expiry = GetMSecsSinceEpoch() + nTimeOut;
+    std::memcpy(slot + sizeof(QUEUEITEM), pData, size_t(m_nSize) - sizeof(QUEUEITEM));
+
+    storePos(q->EndPos, end + 1 >= m_nCount ? 0 : end + 1);
+    release();
+    return TRUE;
+}
+
+char *CCommonQueue::Get(int nPos, int nStatus, int bAbsolute, int *pPos)
+{
+    QUEUEMEM *q = GetQueue();
+    if (!q)
+        return nullptr;
+    char *mem = GetMem(q);
+    const int start = loadPos(q->StartPos);
+    const int end = loadPos(q->EndPos);
+
+    if (m_nMode == 0) {
+        if (start == end || start < 0 || start >= m_nCount)
+            return nullptr;
+        char *data = mem + qint64(start) * m_nSize + sizeof(QUEUEITEM);
+        if (pPos)
+            *pPos = start;
+        storePos(q->StartPos, start + 1 >= m_nCount ? 0 : start + 1);
+        return data;
+    }
+
+    const long long now = GetMSecsSinceEpoch();
+    int index;
+    int budget;
+    if (nPos < 0) {
+        if (m_nCount <= 0)
+            return nullptr;
+        index = start;
+        budget = m_nCount;
+    } else {
+        index = bAbsolute ? nPos : start + nPos;
+        budget = 1;
+    }
+
+    for (int n = 0; n < budget; ++n, ++index) {
+        if (index >= m_nCount)
+            index -= m_nCount;
+        if (index == end)
+            return nullptr;
+        if (index < 0 || index >= m_nCount)
+            return nullptr;
+        QUEUEITEM *item = slotAt(mem, index, m_nSize);
+        const bool expired = item->Expiry < now;
+        if (item->Status != 0 && expired && item->Retry == 0) {
+            // Retries spent: the record is abandoned.
+            item->Status = 0;
+            if (nStatus == 3)
+                continue;
+        } else if (item->Status != 0 && nStatus != 3 && item->Status != nStatus && expired) {
+            // Waited too long: back to ready. Mode 2 re-arms without end.
+            if (m_nMode != 2)
+                item->Retry = BYTE(item->Retry - 1);
+            item->Status = 1;
+            item->Expiry = now + (item->TimeOut ? item->TimeOut : 1);
+        }
+        const bool match = nStatus == 0 || item->Status == BYTE(nStatus);
+        if (match) {
+            if (pPos)
+                *pPos = index;
+            return reinterpret_cast<char *>(item) + sizeof(QUEUEITEM);
+        }
+    }
+    return nullptr;
+}
+
+int CCommonQueue::normalise(QUEUEMEM *q, int nPos, int bAbsolute) const
+{
+    int pos = bAbsolute ? nPos : loadPos(q->StartPos) + nPos;
+    if (pos >= m_nCount)
+        pos -= m_nCount;
+    if (pos >= m_nCount || pos < 0)
+        return -1;
+    return pos;
+}
+
+void CCommonQueue::trim(QUEUEMEM *q)
+{
+    char *mem = GetMem(q);
+    int start = loadPos(q->StartPos);
+    const int end = loadPos(q->EndPos);
+    for (int n = 0; n < m_nCount && start != end; ++n) {
+        if (start < 0 || start >= m_nCount || slotAt(mem, start, m_nSize)->Status != 0)
+            break;
+        start = start + 1 >= m_nCount ? 0 : start + 1;
+    }
+    storePos(q->StartPos, start);
+}
+
+BOOL CCommonQueue::SetStatus(int nPos, int nStatus, int bAbsolute)
+{
+    QUEUEMEM *q = GetQueue();
+    if (!q)
+        return FALSE;
+    const int pos = normalise(q, nPos, bAbsolute);
+    if (pos < 0)
+        return FALSE;
+    slotAt(GetMem(q), pos, m_nSize)->Status = BYTE(nStatus & 0xFF);
+    trim(q);
+    return TRUE;
+}
+
+BOOL CCommonQueue::GetStatus(int nPos, int &nStatus, int bAbsolute)
+{
+    QUEUEMEM *q = GetQueue();
+    if (!q)
+        return FALSE;
+    const int pos = normalise(q, nPos, bAbsolute);
+    if (pos < 0)
+        return FALSE;
+    nStatus = slotAt(GetMem(q), pos, m_nSize)->Status;
+    return TRUE;
+}
+
+int CCommonQueue::GetAbsolutePos(int nPos)
+{
+    QUEUEMEM *q = GetQueue();
+    if (!q)
+        return 0;
+    int pos = loadPos(q->StartPos) + nPos;
+    if (pos >= m_nCount)
+        pos -= m_nCount;
+    return pos;
+}
+
+int CCommonQueue::GetCount()
+{
+    QUEUEMEM *q = GetQueue();
+    if (!q)
+        return 0;
+    int count = loadPos(q->EndPos) - loadPos(q->StartPos);
+    if (count < 0)
+        count += m_nCount;
+    return count;
+}
+
+BOOL CCommonQueue::CheckAndDelete()
+{
+    QUEUEMEM *q = GetQueue();
+    if (!q)
+        return FALSE;
+    trim(q);
+    return TRUE;
+}
+
+BOOL CCommonQueue::Delete(int nCount)
+{
+    QUEUEMEM *q = GetQueue();
+    if (!q)
+        return FALSE;
+    if (nCount < 0) {
+        storeBoth(q, 0);
+        return TRUE;
+    }
+    int start = loadPos(q->StartPos) + nCount;
+    if (start >= m_nCount)
+        start -= m_nCount;
+    storePos(q->StartPos, start);
+    return TRUE;
+}
+
+BOOL CCommonQueue::DeleteAll()
+{
+    QUEUEMEM *q = GetQueue();
+    if (!q)
+        return FALSE;
+    storeBoth(q, 0);
+    return TRUE;
+}
+
+void CCommonQueue::PrintMemPos()
+{
+    QUEUEMEM *q = GetQueue();
+    if (!q)
+        return;
+    PrintMessage("StartPos = %d, EndPos = %d\r\n", loadPos(q->StartPos), loadPos(q->EndPos));
+}

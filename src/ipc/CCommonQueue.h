@@ -1,0 +1,171 @@
+#pragma once
+
+#include "CString.h"
+#include "WinTypes.h"
+#include "vantor_export.h"
+
+#include <QAtomicPointer>
+#include <QSharedMemory>
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+
+class QMutex;
+
+/**
+ * Header of a queue block: the two ring positions, followed in memory by the record slots.
+ * Slot i begins at 8 + i x (data size + 12) bytes from the start of the block.
+ */
+struct QUEUEMEM
+{
+    /// Slot index of the oldest live record (where Get reads).
+    int StartPos;
+    /// Slot index where the next Add writes.
+    int EndPos;
+};
+
+#pragma pack(push, 1)
+/**
+ * Header of one record slot (12 bytes, no padding), followed by the caller's data.
+ * The layout is shared with other processes and must not change.
+ */
+struct QUEUEITEM
+{
+    /// 0 free, 1 ready; any other value belongs to the caller (2 sent, 3 done by convention).
+    BYTE Status;
+    /// How many more times an expired record may be put back to ready.
+    BYTE Retry;
+    /// The time-out given to Add, in milliseconds, kept to its low 16 bits.
+    WORD TimeOut;
+    /// Milliseconds since 1970-01-01 UTC after which the record counts as expired.
+    std::int64_t Expiry;
+};
+#pragma pack(pop)
+
+static_assert(sizeof(QUEUEMEM) == 8, "queue block header is two 32-bit positions");
+static_assert(sizeof(QUEUEITEM) == 12, "queue slot header is 12 bytes");
+static_assert(offsetof(QUEUEITEM, Retry) == 1 && offsetof(QUEUEITEM, TimeOut) == 2 &&
+                  offsetof(QUEUEITEM, Expiry) == 4,
+              "queue slot header keeps its field offsets");
+
+/**
+ * A fixed-capacity ring of fixed-size records, in a named shared-memory segment that every
+ * process opening the same key shares, or - for an empty key - in a private zeroed block of the
+ * same layout inside this process.
+ *
+ * Mode 0 is a plain first-in-first-out ring. Modes 1 and 2 (any nonzero mode other than 2
+ * behaves as 1) keep a table of pending jobs: each record carries a status byte, a time-out and
+ * a retry count, and a status search hands out ready records, puts expired ones back to ready
+ * while retries remain (mode 2: without end) and frees them once their retries are spent.
+ *
+ * The ring is never refused for being full: Add writes over the oldest record, and once the
+ * write position catches up with the read position the queue reads as empty. Size the ring for
+ * the traffic.
+ *
+ * With the lock flag set, Add is exclusive: across processes through the segment lock, and
+ * between the threads of this process through the queue's own mutex (a process-local queue has
+ * no segment and relies on the mutex alone). Every other operation takes no lock: one taker per
+ * queue, many adders.
+ */
+class VANTOR_EXPORT CCommonQueue : public QSharedMemory
+{
+public:
+    /// A queue with no key and the lock flag on; call SetInfo before use.
+    CCommonQueue();
+    /**
+     * @param nDataSize bytes of caller data per record (the slot adds a 12-byte header)
+     * @param pKey segment key (taken as Latin-1); empty or null for a process-local queue
+     * @param nMode 0 plain ring, 1 status search with retries, 2 status search re-arming forever
+     * @param nCount number of record slots
+     * @param nLock nonzero: Add is exclusive across processes and threads
+     * Nothing is created or attached yet.
+     */
+    CCommonQueue(int nDataSize, char const *pKey, int nMode, int nCount, int nLock = 1);
+    /// Frees a private block; the segment of a named queue is detached.
+    ~CCommonQueue() override;
+
+    /**
+     * Same arguments as the constructor. Deliberately only forgets a block already reached (it is
+     * neither freed nor detached here): call SetInfo before first use.
+     */
+    void SetInfo(int nDataSize, char const *pKey, int nMode, int nCount, int nLock = 1);
+    /// The key's UTF-8 form is used as in the form above.
+    void SetInfo(int nDataSize, CString strKey, int nMode, int nCount, int nLock = 1);
+
+    /**
+     * For the one process that owns a named queue: creates the segment and zeroes it. A segment
+     * that another process made is left as it is, so a second process does not clear a live
+     * queue; on a queue object that is already attached, though, Init zeroes the queue again.
+     * Does nothing for a process-local queue. Always returns TRUE.
+     */
+    BOOL Init();
+
+    /**
+     * The block, reached on first use: a private block is allocated zeroed; a named segment is
+     * attached, or created when it does not exist yet. Null when it cannot be reached (the next
+     * call tries again).
+     */
+    QUEUEMEM *GetQueue();
+    /// Address of slot 0 in the given block.
+    char *GetMem(QUEUEMEM *pQueue);
+
+    /**
+     * Appends one record of exactly the data size (pData must hold that many bytes), status 1,
+     * expiring nTimeOut ms from now. Retries left: nRetry - 1 (at least 0); in mode 2 always 1.
+     * The slot index written goes to pPos and pPos2 where given. Returns FALSE only when the
+     * block cannot be reached or the positions are out of range; a full ring is overwritten.
+     */
+    BOOL Add(char *pData, int *pPos = nullptr, int nTimeOut = 10000, int nRetry = 1,
+             int *pPos2 = nullptr);
+
+    /**
+     * Mode 0: takes the oldest record (the arguments but pPos are ignored; the status byte is
+     * neither read nor changed). Modes 1 and 2: searches for a record with status nStatus, from
+     * StartPos over the whole ring for nPos -1, or at one slot (absolute with bAbsolute, else
+     * relative to StartPos); expired records are re-armed or abandoned on the way. Status 0
+     * matches any slot; a search for 3 re-arms nothing. A found record stays in place.
+     * Returns the record's data (valid until it is overwritten) or null; its slot goes to pPos.
+     */
+    char *Get(int nPos = -1, int nStatus = 0, int bAbsolute = 0, int *pPos = nullptr);
+
+    /// Writes the status byte of a record, then trims free records at the start. 0 when out of
+    /// range (beyond one wrap of the ring).
+    BOOL SetStatus(int nPos, int nStatus, int bAbsolute = 0);
+    /// Reads the status byte of a record. 0 when out of range.
+    BOOL GetStatus(int nPos, int &nStatus, int bAbsolute = 0);
+
+    /// StartPos + nPos, wrapped once.
+    int GetAbsolutePos(int nPos);
+    /// Records between StartPos and EndPos.
+    int GetCount();
+    /// Advances StartPos over free records; a busy record holds it back. Returns TRUE.
+    BOOL CheckAndDelete();
+    /// Drops nCount records from the start without looking at them; negative empties the queue.
+    BOOL Delete(int nCount = -1);
+    /// Empties the queue: both positions become 0 in one store. Record bytes are kept.
+    BOOL DeleteAll();
+    /// Logs "StartPos = %d, EndPos = %d\r\n" through the message log.
+    void PrintMemPos();
+
+protected:
+    /// The block, null until first reached.
+    QAtomicPointer<QUEUEMEM> m_pQueue;
+    /// Serialises Add between this process's threads when the lock flag is set.
+    QMutex *m_pMutex;
+    /// Nonzero: Add is exclusive.
+    int m_nLock;
+    int m_nMode;
+    /// Record slots in the ring.
+    int m_nCount;
+    /// Slot size: data size + 12.
+    int m_nSize;
+    /// The key as UTF-8 text; empty for a process-local queue.
+    QString m_strName;
+
+private:
+    Q_DISABLE_COPY(CCommonQueue)
+    QUEUEMEM *reachBlock();
+    int normalise(QUEUEMEM *q, int nPos, int bAbsolute) const;
+    void trim(QUEUEMEM *q);
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "WinTypes.h"
+#include "vantor_export.h"
+
+#include <QThread>
+
+/**
+ * Base of the application's worker threads: a QThread with two handshake flags and a bounded
+ * wait for the worker's end. run() is left to the derived class, which sets m_bExited as its
+ * last act.
+ */
+class VANTOR_EXPORT ThreadBase : public QThread
+{
+    Q_OBJECT
+
+public:
+    /// A thread without parent; both flags false.
+    ThreadBase();
+
+    /**
+     * Waits for m_bExited: while it is false, sleeps 100 ms, at most 50 times (about 5 s).
+     * Deliberately returns TRUE whether or not the flag came up: the fixed bound is the rule.
+     */
+    BOOL CheckExited();
+
+    /// For the owner and run() to agree on when to stop; the base only initialises it.
+    volatile bool m_bControl;
+    /// Set by run() as its last act; CheckExited() waits for it.
+    volatile bool m_bExited;
+};
