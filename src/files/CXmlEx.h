@@ -1,0 +1,39 @@
+#pragma once
+
+#include "CString.h"
+#include "CXml.h"
+#include "CXmlNode.h"
+#include "vantor_export.h"
+
+namespace TreeXml {
+
+/**
+ * The XML document an application builds: Create gives it its top element, CreateNode and
+ * CXmlNode::GetChild add elements, m_Xml.SaveWithFormatted writes it.
+ */
+class VANTOR_EXPORT CXmlEx
+{
+public:
+    CXmlEx();
+    virtual ~CXmlEx();
+
+    /**
+     * Creates the element `name`, makes it the root node's element and the document's top
+     * element. The other two arguments are not used. Returns 1.
+     */
+    int Create(char const *name, char const *unused1 = nullptr, char const *unused2 = nullptr);
+    /**
+     * Appends a new element `name` to the parent's element and returns it as a new node owned
+     * by the caller. Under a parent without element (the root before Create) the new element
+     * stays outside the document and is not saved.
+     */
+    CXmlNode *CreateNode(CXmlNode *parent, char const *name);
+
+    CXml m_Xml;
+    /// Carried for the application; empty at first.
+    CString m_strUser;
+    /// Carried for the application; 0 at first.
+    int m_nUser;
+};
+
+} // namespace TreeXml
