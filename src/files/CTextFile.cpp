@@ -1,0 +1,455 @@
+#include "CTextFile.h"
+
+#include "CommaBlockString_p.h"
+#include "TextStreamEx.h"
+
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+/// Steps over one line end (a carriage return or a line feed) at `pos`, and over one line feed
+/// that follows it.
+void skipLineEnd(const char *data, int end, int &pos)
+{
+    ++pos;
+    if (pos < end && data[pos] == '\n')
+        ++pos;
+}
+
+/// Length of the UTF-8 sequence that `lead` starts; 1 for a byte that starts none.
+int utf8Length(unsigned char lead)
+{
+    if (lead >= 0xC0 && lead < 0xE0)
+        return 2;
+    if (lead >= 0xE0 && lead < 0xF0)
+        return 3;
+    if (lead >= 0xF0 && lead < 0xF8)
+        return 4;
+    return 1;
+}
+
+} // namespace
+
+CTextFile::CTextFile()
+    : CTextFile(QString(), true)
+{ }
+
+CTextFile::CTextFile(QString name, bool messageBox)
+    : m_cDivideChar(',')
+    , m_bMessageBox(messageBox)
+    , m_nPos(0)
+    , m_nLineLength(0)
+    , m_szLine {}
+    , m_nDataPos(0)
+    , m_nDataLength(0)
+    , m_nDataSize(0)
+{
+    if (!name.isEmpty())
+        OpenFile(name);
+}
+
+CTextFile::~CTextFile() = default;
+
+int CTextFile::OpenFile(QString name, bool)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return 0;
+    TextStreamEx stream(&file, true);
+    QByteArray bytes = stream.readAll().toUtf8();
+    file.close();
+
+    m_nDataLength = bytes.size();
+    bytes.append('\0');
+    m_Data = bytes;
+    m_nDataSize = m_Data.size();
+    // m_nDataPos is kept on purpose: see the header.
+    return 1;
+}
+
+char *CTextFile::Set(char *data, int count)
+{
+    if (!data || count < 0)
+        count = 0;
+    if (count > INT_MAX - 100)
+        count = INT_MAX - 100;
+    if (m_nDataSize < count + 1) {
+        // Copy before the old array goes: `data` may point into it.
+        QByteArray grown(count + 100, '\0');
+        if (count > 0)
+            std::memcpy(grown.data(), data, static_cast<size_t>(count));
+        m_Data = grown;
+        m_nDataSize = count + 100;
+    } else if (count > 0) {
+        std::memmove(m_Data.data(), data, static_cast<size_t>(count));
+    }
+    m_Data.data()[count] = 0;
+    m_nDataLength = count;
+    m_nDataPos = 0;
+    return m_Data.data();
+}
+
+void CTextFile::Reset()
+{
+    m_nPos = 0;
+    m_nDataPos = 0;
+}
+
+void CTextFile::DeleteTextFile()
+{
+    m_Data = QByteArray();
+    m_nDataPos = 0;
+    m_nDataSize = 0;
+    m_nDataLength = 0;
+}
+
+void CTextFile::SetDivideChar(char divide)
+{
+    m_cDivideChar = divide;
+}
+
+void CTextFile::SetMessageBoxFlag(bool messageBox)
+{
+    m_bMessageBox = messageBox;
+}
+
+int CTextFile::GetOneLine()
+{
+    const char *data = m_Data.constData();
+    const int end = qMin(m_nDataLength, m_Data.size());
+    if (m_Data.isEmpty() || m_nDataPos >= end)
+        return 2;
+
+    std::memset(m_szLine, 0, sizeof m_szLine);
+    m_nPos = 0;
+    m_nLineLength = 0;
+
+    char c = data[m_nDataPos];
+    if (c == '\r' || c == '\n') {
+        skipLineEnd(data, end, m_nDataPos);
+        return 0;
+    }
+    if (c == 0) // a NUL byte ends the text
+        return 2;
+
+    const bool comment = c == ';' || c == '[';
+    int length = 0;
+    while (m_nDataPos < end) {
+        c = data[m_nDataPos];
+        if (c == '\r' || c == '\n') {
+            skipLineEnd(data, end, m_nDataPos);
+            m_nLineLength = length;
+            return comment ? 1 : 0;
+        }
+        if (c == 0)
+            break;
+        if (!comment && length < LineBufferSize - 1)
+            m_szLine[length++] = c;
+        ++m_nDataPos;
+    }
+    // The text ended without a line end.
+    m_nLineLength = length;
+    return comment || length == 0 ? 2 : 0;
+}
+
+int CTextFile::GetLineCount()
+{
+    int count = 0;
+    int kind;
+    while ((kind = GetOneLine()) != 2) {
+        if (kind == 0)
+            ++count;
+    }
+    m_nDataPos = 0;
+    return count;
+}
+
+int CTextFile::GetColumnCount()
+{
+    int kind;
+    do {
+        kind = GetOneLine();
+    } while (kind == 1);
+    const int count = kind == 0 ? GetColumnCount(m_szLine) : 0;
+    m_nDataPos = 0;
+    return count;
+}
+
+int CTextFile::GetColumnCount(char *text)
+{
+    if (!text)
+        return 1;
+    int count = 1;
+    int i = 0;
+    while (text[i]) {
+        if (static_cast<unsigned char>(text[i]) >= 0x80) {
+            // A three-byte character, but never past the terminator of a cut one.
+            for (int k = 0; k < 3 && text[i]; ++k)
+                ++i;
+            continue;
+        }
+        if (text[i] == m_cDivideChar)
+            ++count;
+        ++i;
+    }
+    return count;
+}
+
+void CTextFile::SetOneLine(CString text, int count)
+{
+    m_nPos = 0;
+    if (count <= 0) {
+        m_szLine[0] = 0;
+        m_nLineLength = 0;
+        return;
+    }
+    const QByteArray bytes = text.text.toUtf8();
+    // Nothing is read beyond the text's own terminator or written beyond the line buffer.
+    const int n = qMin(qMin(count, bytes.size() + 1), int(LineBufferSize));
+    std::memcpy(m_szLine, bytes.constData(), static_cast<size_t>(n));
+    m_szLine[n - 1] = 0;
+    m_nLineLength = static_cast<int>(std::strlen(m_szLine));
+}
+
+int CTextFile::GetString(char *buffer, int size)
+{
+    if (!buffer || size <= 0) {
+        char scratch;
+        return GetString(&scratch, 1);
+    }
+    std::memset(buffer, ' ', static_cast<size_t>(size));
+    const int length = m_nLineLength;
+    if (m_nPos >= length) {
+        std::memset(buffer, 0, static_cast<size_t>(size));
+        return 0;
+    }
+
+    const char divide = m_cDivideChar;
+    int out = 0;
+    bool taken = false;
+    while (m_nPos < length && m_szLine[m_nPos] != divide) {
+        char c = m_szLine[m_nPos];
+        if (!taken && (c == ' ' || c == '\t')) {
+            ++m_nPos;
+            continue;
+        }
+        taken = true;
+        if (out >= size - 1) { // the rest of an over-long field is dropped
+            ++m_nPos;
+            continue;
+        }
+        const char next = m_nPos + 1 < length ? m_szLine[m_nPos + 1] : 0;
+        switch (c) {
+        case '^':
+            // "^^" is CR and then LF: the second caret is read on its own.
+            c = next == '^' ? '\r' : '\n';
+            break;
+        case '`':
+            if ((next == '^' || next == '`') && next != divide) {
+                c = next;
+                ++m_nPos;
+            } else {
+                c = ',';
+            }
+            break;
+        case '=':
+            if (next == '"')
+                c = ' ';
+            break;
+        case '"':
+            c = ' ';
+            break;
+        default:
+            break;
+        }
+        buffer[out++] = c;
+        ++m_nPos;
+    }
+
+    const bool atDivide = m_nPos < length;
+    if (atDivide) {
+        ++m_nPos;
+        if (divide == ' ') {
+            while (m_nPos < length && m_szLine[m_nPos] == ' ')
+                ++m_nPos;
+        }
+    }
+    buffer[out] = 0;
+    RemoveEndSpace(buffer, size);
+    RemoveStartSpace(buffer, size);
+    return atDivide || taken ? 1 : 0;
+}
+
+int CTextFile::Skip()
+{
+    char scratch[2];
+    return GetString(scratch, sizeof scratch);
+}
+
+int CTextFile::GetChar(char *value)
+{
+    char field[10];
+    const int result = GetString(field, sizeof field);
+    if (value)
+        *value = static_cast<char>(VantorText::atoi32(field));
+    return result;
+}
+
+int CTextFile::GetInt(int *value)
+{
+    char field[9];
+    const int result = GetString(field, sizeof field);
+    if (value)
+        *value = VantorText::atoi32(field);
+    return result;
+}
+
+int CTextFile::GetLong(long *value)
+{
+    char field[20];
+    const int result = GetString(field, sizeof field);
+    if (value)
+        *value = std::atol(field);
+    return result;
+}
+
+int CTextFile::GetFloat(float *value)
+{
+    char field[19];
+    const int result = GetString(field, sizeof field);
+    if (value)
+        *value = static_cast<float>(VantorText::atofC(field));
+    return result;
+}
+
+int CTextFile::GetAddressDI(unsigned int *value)
+{
+    char field[9];
+    const int result = GetString(field, sizeof field);
+    if (!value)
+        return result;
+    if (field[0] == 0) {
+        *value = 0;
+        return result;
+    }
+    const char bitChar = field[3];
+    unsigned int bit = 0;
+    if (bitChar >= '0' && bitChar <= '9')
+        bit = static_cast<unsigned int>(bitChar - '0');
+    else if (bitChar >= 'A' && bitChar <= 'F')
+        bit = static_cast<unsigned int>(bitChar - 'A' + 10);
+    field[3] = 0;
+    *value = static_cast<unsigned int>(VantorText::atoi32(field)) * 16u + bit;
+    return result;
+}
+
+CString CTextFile::GetRemainData()
+{
+    const int from = qBound(0, m_nPos, m_nLineLength);
+    return CString(QString::fromUtf8(m_szLine + from, m_nLineLength - from));
+}
+
+int CTextFile::GetPos(bool data)
+{
+    return data ? m_nDataPos : m_nPos;
+}
+
+int CTextFile::RemoveEndSpace(char *buffer, int size)
+{
+    if (!buffer)
+        return 1;
+    for (int i = size - 1; i >= 0; --i) {
+        if (buffer[i] != ' ' && buffer[i] != 0)
+            break;
+        buffer[i] = 0;
+    }
+    return 1;
+}
+
+int CTextFile::RemoveStartSpace(char *buffer, int size)
+{
+    if (!buffer || size <= 0)
+        return 1;
+    int lead = 0;
+    while (lead < size && buffer[lead] == ' ')
+        ++lead;
+    if (lead > 0) {
+        std::memmove(buffer, buffer + lead, static_cast<size_t>(size - lead));
+        std::memset(buffer + size - lead, 0, static_cast<size_t>(lead));
+    }
+    return 1;
+}
+
+void CTextFile::MakeString(char *dest, char *source, int size, bool escape)
+{
+    if (!dest || size <= 0)
+        return;
+    if (!source) {
+        dest[0] = 0;
+        return;
+    }
+    // The text is UTF-8: a character is kept or cut whole, so that no escape is ever lost
+    // inside the bytes of a multi-byte character.
+    const int limit = size - 1;
+    int i = 0;
+    int spaceStart = -1;
+    while (i < limit) {
+        const unsigned char c = static_cast<unsigned char>(source[i]);
+        if (c == 0)
+            break;
+        const int n = utf8Length(c);
+        if (n > 1) {
+            bool whole = i + n <= limit;
+            for (int k = 1; whole && k < n; ++k)
+                whole = source[i + k] != 0;
+            if (!whole)
+                break;
+            std::memmove(dest + i, source + i, static_cast<size_t>(n));
+            i += n;
+            spaceStart = -1;
+            continue;
+        }
+        char out = static_cast<char>(c);
+        if (c == ' ') {
+            if (spaceStart < 0)
+                spaceStart = i;
+        } else {
+            spaceStart = -1;
+        }
+        if (escape) {
+            if (c == ',')
+                out = '`';
+            else if (c == '\r' || c == '\n')
+                out = '^';
+        }
+        dest[i++] = out;
+    }
+    dest[i] = 0;
+    if (spaceStart >= 0)
+        dest[spaceStart] = 0;
+}
+
+CString CTextFile::MakeString(char *source, int size, bool escape, bool quote)
+{
+    CString cell;
+    if (source && size > 0) {
+        // The working buffer is never larger than the text itself.
+        const size_t length = std::strlen(source);
+        const int n = length + 1 < static_cast<size_t>(size) ? static_cast<int>(length + 1) : size;
+        QByteArray work(n, '\0');
+        MakeString(work.data(), source, n, escape);
+        cell.text = QString::fromUtf8(work.constData());
+    }
+    if (quote)
+        cell.text = QLatin1String("=\"") + cell.text + QLatin1Char('"');
+    return cell;
+}
+
+CString CTextFile::MakeString(CString text)
+{
+    // The byte length: a cell of Korean text is written whole.
+    const int size = text.GetLength(true) + 1;
+    return MakeString(text.GetData(), size, true, true);
+}
