@@ -1,0 +1,30 @@
+#include "CBrush.h"
+
+#include "CDrawTools_p.h"
+
+namespace {
+// The index of the null brush among the stock objects, and the hatch that shares its meaning.
+constexpr int NullBrush = 5;
+} // namespace
+
+CBrush::CBrush() = default;
+
+bool CBrush::CreateSolidBrush(unsigned long color)
+{
+    setColor(VantorDraw::colorFromRef(color));
+    setStyle(Qt::SolidPattern);
+    return true;
+}
+
+bool CBrush::CreateHatchBrush(int hatch, unsigned long color)
+{
+    setColor(VantorDraw::colorFromRef(color));
+    setStyle(hatch == NullBrush ? Qt::NoBrush : Qt::SolidPattern);
+    return true;
+}
+
+bool CBrush::CreateStockObject(int index)
+{
+    setStyle(index == NullBrush ? Qt::NoBrush : Qt::SolidPattern);
+    return true;
+}
