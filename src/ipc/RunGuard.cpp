@@ -20,11 +20,19 @@ RunGuard::RunGuard(const QString &key)
     , sharedMem(sharedmemKey)
     , memLock(memLockKey, 1, QSystemSemaphore::Open)
 {
+    // The marker is reached through its native key, which names the same segment but takes no
+    // semaphore of its own: every step on it already runs under memLock. On System V systems the
+    // key files of two semaphores can meet in one semaphore once a file has been deleted and its
+    // inode reused; a marker step that took a second semaphore while memLock is held could then
+    // wait on memLock itself.
+    sharedMem.setNativeKey(sharedMem.nativeKey());
+
     memLock.acquire();
     {
         // The last handle to leave a marker removes it: this clears a marker that a crashed
         // instance left behind, and leaves a live one alone.
-        QSharedMemory fix(sharedmemKey);
+        QSharedMemory fix;
+        fix.setNativeKey(sharedMem.nativeKey());
         if (fix.attach(QSharedMemory::ReadWrite))
             fix.detach();
     }

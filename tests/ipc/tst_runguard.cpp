@@ -3,6 +3,7 @@
 #include "ipctest.h"
 
 #include <QCryptographicHash>
+#include <QSystemSemaphore>
 #include <QtTest>
 
 class tst_RunGuard : public QObject
@@ -12,7 +13,14 @@ class tst_RunGuard : public QObject
 private slots:
     void initTestCase() { QVERIFY(IpcTest::useOwnTempDir(m_tmp)); }
     void init() { IpcTest::removeSegment(memKey(m_key)); }
-    void cleanup() { IpcTest::removeSegment(memKey(m_key)); }
+    void cleanup()
+    {
+        IpcTest::removeSegment(memKey(m_key));
+        // A killed instance leaves its semaphore behind: take it over, and remove it with us.
+        const QByteArray lockKey =
+            QCryptographicHash::hash(m_key.toUtf8() + "_memLockKey", QCryptographicHash::Sha1);
+        QSystemSemaphore(QString::fromLatin1(lockKey.toHex()), 1, QSystemSemaphore::Create);
+    }
 
     void derivedKeys_data();
     void derivedKeys();
