@@ -3,245 +3,173 @@
 #include <QtTest>
 
 #include <cstring>
+#include <fstream>
 #include <functional>
 
 #include <sys/resource.h>
 #include <unistd.h>
 
-// One typed value: how to write it, and whether reading `count` bytes gives it back.
-struct Value
+// How one record is written (empty: the row's bytes are put there raw) and read back.
+struct Record
 {
     std::function<int(CFile &)> write;
-    std::function<bool(CFile &, int count)> readBack;
+    std::function<bool(CFile &)> readBack;
 };
-Q_DECLARE_METATYPE(Value)
+Q_DECLARE_METATYPE(Record)
 
+// Reading gives back `v` and returns `n`.
 template<typename T>
-static Value value(T v)
+static Record value(T v, int n)
 {
     return {[v](CFile &f) { return f.Write(v); },
-            [v](CFile &f, int count) {
+            [v, n](CFile &f) {
                 T back {};
-                return f.Read(back) == count && back == v;
+                return f.Read(back) == n && !std::memcmp(&back, &v, sizeof v);
             }};
+}
+
+// A string read back as `text` with the count `n`; `raw` leaves the row's bytes in the file.
+static Record string(const char *text, int n, bool raw = false)
+{
+    const CString s(text);
+    return {raw ? nullptr : std::function<int(CFile &)>([s](CFile &f) { return f.Write(s); }),
+            [s, n](CFile &f) {
+                CString back("old");
+                return f.Read(back) == n && back == s;
+            }};
+}
+
+static void row(const char *name, const Record &r, int written, const char *hex)
+{
+    QTest::newRow(name) << r << written << QByteArray(hex);
 }
 
 class tst_CFile : public QObject
 {
     Q_OBJECT
 
-private slots:
-    void init() { QVERIFY(m_dir.isValid()); }
-    void valueEncoding_data();
-    void valueEncoding();
-    void openFlags_data();
-    void openFlags();
-    void missingAndMemoryFiles();
-    void strings_data();
-    void strings();
-    void corruptStringLength_data();
-    void corruptStringLength();
-    void fixedWidthStringAndHeader();
-
-private:
-    QString path(const char *name) const { return m_dir.filePath(QLatin1String(name)); }
-    void writeFile(const char *name, const QByteArray &content)
-    {
-        QFile disk(path(name));
-        QVERIFY(disk.open(QIODevice::WriteOnly));
-        disk.write(content);
-    }
     QTemporaryDir m_dir;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_dir.isValid());
+#if !defined(__SANITIZE_ADDRESS__)
+        // Address space capped at 256 MiB above what is in use: a read that believed a corrupt
+        // length field would fail to allocate.
+        rlimit cap;
+        unsigned long long pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        QVERIFY(pages && getrlimit(RLIMIT_AS, &cap) == 0);
+        cap.rlim_cur = pages * sysconf(_SC_PAGESIZE) + (256u << 20);
+        QCOMPARE(setrlimit(RLIMIT_AS, &cap), 0);
+#endif
+    }
+
+    void records_data()
+    {
+        QTest::addColumn<Record>("record");
+        QTest::addColumn<int>("written");
+        QTest::addColumn<QByteArray>("hex");
+        row("char", value(char(-1), 1), 1, "ff");
+        row("unsigned char", value((unsigned char)0xFE, 1), 1, "fe");
+        row("bool", value(true, 1), 1, "01");
+        row("short", value(short(-2), 2), 2, "feff");
+        row("unsigned short", value((unsigned short)0xBEEF, 2), 2, "efbe");
+        row("int", value(-3, 4), 4, "fdffffff");
+        row("unsigned int", value(0xDEADBEEFu, 4), 4, "efbeadde");
+        row("long is 4 bytes", value(-4L, 4), 4, "fcffffff");
+        row("unsigned long is 4 bytes", value(0x12345678UL, 4), 4, "78563412");
+        row("float", value(1.5f, 4), 4, "0000c03f");
+        row("long long", value(-5LL, 8), 8, "fbffffffffffffff");
+        row("unsigned long long", value(0x0102030405060708ULL, 8), 8, "0807060504030201");
+        row("double", value(2.5, 8), 8, "0000000000000440");
+        row("rect", value(CRect(1, 2, 3, 4), 16), 16, "01000000020000000300000004000000");
+        row("empty string", string("", 0), 0, "00000000");
+        row("string", string("ab", 2), 2, "020000006162");
+        row("korean is 6 bytes", string("한글", 6), 6, "06000000ed959ceab880");
+        const Record fixed {
+            [](CFile &f) { return f.Write(CString("abcdef"), 3) + f.Write(CString("xy"), 4); },
+            nullptr};
+        row("fixed width cuts and pads", fixed, 7, "61626378790000");
+        const Record header {[](CFile &f) {
+                                 FILEHEADER h;
+                                 std::memset(&h, 0xAA, sizeof h);
+                                 InitFileHeader(&h);
+                                 return f.Write(&h, sizeof h);
+                             },
+                             nullptr};
+        row("file header", header, 16, "312e3000000000000000000000000000");
+        // Corrupt counts: only what the file holds is read, and nothing huge is allocated.
+        row("huge length, 20-byte file", string("0123456789abcdef", 0x7FFFFFF0, true), 20,
+            "f0ffff7f30313233343536373839616263646566");
+        row("negative length", string("", -1, true), 8, "ffffffff30313233");
+        row("embedded NUL cuts", string("a", 4, true), 8, "0400000061006263");
+        row("truncated length field", string("", 5, true), 1, "05");
+    }
+
+    void records()
+    {
+        QFETCH(Record, record);
+        QFETCH(int, written);
+        QFETCH(QByteArray, hex);
+        CFile f;
+        QVERIFY(f.Open(CString(), 0));
+        QByteArray raw = QByteArray::fromHex(hex);
+        QCOMPARE(record.write ? record.write(f) : f.Write(raw.data(), raw.size()), written);
+        // Once opened without a name, the object stays a memory file and keeps its bytes.
+        f.Close();
+        const QString name = m_dir.filePath(QStringLiteral("data.bin"));
+        QVERIFY(f.Open(CString(name), 1) && !QFile::exists(name));
+        f.SetLength(0); // nothing in memory
+        QVERIFY(f.Seek(0));
+        raw.fill('\0', raw.size() + 1);
+        QCOMPARE(f.Read(raw.data(), raw.size()), raw.size() - 1);
+        QCOMPARE(raw.chopped(1).toHex(), hex);
+        QVERIFY(f.Seek(0));
+        QVERIFY(!record.readBack || record.readBack(f));
+    }
+
+    void openFlags_data()
+    {
+        QTest::addColumn<uint>("flags");
+        QTest::addColumn<bool>("exists");
+        QTest::addColumn<QByteArray>("after"); // empty: no file
+        const QByteArray old(100, 'x'), changed("1234xx");
+        // Opening for writing never truncates: the bytes after the first four stay.
+        QTest::newRow("write") << uint(CFile::modeWrite) << true << changed;
+        QTest::newRow("read-write keeps") << uint(CFile::modeReadWrite) << true << changed;
+        QTest::newRow("create|write keeps") << uint(CFile::modeCreate | 1) << true << changed;
+        QTest::newRow("read only") << uint(CFile::modeRead | CFile::typeBinary) << true << old;
+        QTest::newRow("create alone is read only") << uint(CFile::modeCreate) << true << old;
+        QTest::newRow("missing, read only") << 0u << false << QByteArray();
+        QTest::newRow("missing, write creates") << 1u << false << QByteArray("1234\0\0", 6);
+    }
+
+    void openFlags()
+    {
+        QFETCH(uint, flags);
+        QFETCH(bool, exists);
+        QFETCH(QByteArray, after);
+        QFile disk(m_dir.filePath(QStringLiteral("f.bin")));
+        QVERIFY(!exists || (disk.open(QIODevice::WriteOnly) && disk.write(QByteArray(100, 'x'))));
+        disk.close();
+        QByteArray name = disk.fileName().toLatin1();
+        CFile f;
+        CString s("kept");
+        const bool opened = f.Open(name.data(), flags);
+        QCOMPARE(opened, exists || flags);
+        if (f.Write(0x34333231) > 0)
+            f.SetLength(6);
+        QVERIFY(opened || (f.Read(s) == 0 && s.IsEmpty())); // a closed file reads nothing
+        f.Close();
+        QCOMPARE(disk.exists(), !after.isNull());
+        QCOMPARE(disk.open(QIODevice::ReadOnly) ? disk.readAll() : QByteArray(), after);
+        disk.close();
+        DeleteFileW(name.constData());
+        QVERIFY(!disk.exists());
+    }
 };
-
-void tst_CFile::valueEncoding_data()
-{
-    QTest::addColumn<Value>("value");
-    QTest::addColumn<QByteArray>("hex");
-    QTest::newRow("char") << value(char(-1)) << QByteArray("ff");
-    QTest::newRow("unsigned char") << value((unsigned char)0xFE) << QByteArray("fe");
-    QTest::newRow("bool") << value(true) << QByteArray("01");
-    QTest::newRow("short") << value(short(-2)) << QByteArray("feff");
-    QTest::newRow("unsigned short") << value((unsigned short)0xBEEF) << QByteArray("efbe");
-    QTest::newRow("int") << value(-3) << QByteArray("fdffffff");
-    QTest::newRow("unsigned int") << value(0xDEADBEEFu) << QByteArray("efbeadde");
-    QTest::newRow("long is 4 bytes") << value(-4L) << QByteArray("fcffffff");
-    QTest::newRow("unsigned long is 4 bytes") << value(0x12345678UL) << QByteArray("78563412");
-    QTest::newRow("float") << value(1.5f) << QByteArray("0000c03f");
-    QTest::newRow("long long") << value(-5LL) << QByteArray("fbffffffffffffff");
-    QTest::newRow("unsigned long long")
-        << value(0x0102030405060708ULL) << QByteArray("0807060504030201");
-    QTest::newRow("double") << value(2.5) << QByteArray("0000000000000440");
-    CRect rect;
-    rect.SetRect(1, 2, 3, 4);
-    const Value rectValue {[rect](CFile &f) { return f.Write(rect); },
-                           [](CFile &f, int count) {
-                               CRect back;
-                               return f.Read(back) == count && back.left == 1 && back.top == 2 &&
-                                   back.right == 3 && back.bottom == 4;
-                           }};
-    QTest::newRow("rect") << rectValue << QByteArray("01000000020000000300000004000000");
-}
-
-void tst_CFile::valueEncoding()
-{
-    QFETCH(Value, value);
-    QFETCH(QByteArray, hex);
-    const QByteArray expected = QByteArray::fromHex(hex);
-    CFile f;
-    QVERIFY(f.Open(CString(), 0));
-    QCOMPARE(value.write(f), expected.size());
-    QVERIFY(f.Seek(0));
-    QByteArray raw(expected.size() + 1, '\0');
-    QCOMPARE(f.Read(raw.data(), raw.size()), expected.size());
-    QCOMPARE(raw.left(expected.size()).toHex(), hex);
-    QVERIFY(f.Seek(0));
-    QVERIFY(value.readBack(f, expected.size()));
-}
-
-void tst_CFile::openFlags_data()
-{
-    QTest::addColumn<uint>("flags");
-    QTest::addColumn<bool>("writable");
-    QTest::newRow("write") << uint(CFile::modeWrite) << true;
-    QTest::newRow("read-write") << uint(CFile::modeReadWrite) << true;
-    QTest::newRow("create|write does not truncate")
-        << uint(CFile::modeCreate | CFile::modeWrite) << true;
-    QTest::newRow("read only") << uint(CFile::modeRead | CFile::typeBinary) << false;
-    QTest::newRow("create alone is read only") << uint(CFile::modeCreate) << false;
-}
-
-void tst_CFile::openFlags()
-{
-    QFETCH(uint, flags);
-    QFETCH(bool, writable);
-    const QByteArray original(100, 'x');
-    writeFile("existing.bin", original);
-    CFile f;
-    QByteArray name = path("existing.bin").toLatin1();
-    QVERIFY(f.Open(name.data(), flags));
-    QCOMPARE(f.Write(0x34333231) > 0, writable);
-    f.Close();
-    QFile disk(path("existing.bin"));
-    QVERIFY(disk.open(QIODevice::ReadOnly));
-    QCOMPARE(disk.readAll(), writable ? QByteArray("1234") + original.mid(4) : original);
-}
-
-void tst_CFile::missingAndMemoryFiles()
-{
-    QByteArray name = path("missing.bin").toLatin1();
-    CFile disk;
-    QVERIFY(!disk.Open(name.data(), 0));
-    CString s("kept");
-    QCOMPARE(disk.Read(s), 0);
-    QVERIFY(s.IsEmpty());
-    QVERIFY(disk.Open(name.data(), 1)); // created
-    disk.Write(1LL);
-    disk.SetLength(0);
-    QCOMPARE(disk.Size(), qint64(0));
-
-    // Once opened without a name, an object stays a memory file and keeps its bytes.
-    CFile mem;
-    QVERIFY(mem.Open(CString(""), 0));
-    QCOMPARE(mem.Write(CString("abc")), 3);
-    mem.Close();
-    QVERIFY(mem.Open(CString(path("data.bin")), 1));
-    QVERIFY(!QFile::exists(path("data.bin")));
-    mem.SetLength(0);
-    QCOMPARE(mem.Size(), qint64(7));
-    QCOMPARE(mem.Read(s), 3);
-    QCOMPARE(s.text, QStringLiteral("abc"));
-
-    DeleteFileW(name.constData());
-    QVERIFY(!QFile::exists(path("missing.bin")));
-}
-
-void tst_CFile::strings_data()
-{
-    QTest::addColumn<QByteArray>("utf8");
-    QTest::addColumn<QByteArray>("hex");
-    QTest::newRow("empty") << QByteArray() << QByteArray("00000000");
-    QTest::newRow("ascii") << QByteArray("ab") << QByteArray("020000006162");
-    QTest::newRow("korean is 6 bytes") << QByteArray("한글") << QByteArray("06000000ed959ceab880");
-}
-
-void tst_CFile::strings()
-{
-    QFETCH(QByteArray, utf8);
-    QFETCH(QByteArray, hex);
-    CFile f;
-    QVERIFY(f.Open(CString(), 0));
-    QCOMPARE(f.Write(CString(utf8.constData())), utf8.size());
-    QVERIFY(f.Seek(0));
-    QByteArray raw(int(f.Size()), '\0');
-    f.Read(raw.data(), raw.size());
-    QCOMPARE(raw.toHex(), hex);
-    QVERIFY(f.Seek(0));
-    CString back("old");
-    QCOMPARE(f.Read(back), utf8.size());
-    QCOMPARE(back.text, QString::fromUtf8(utf8));
-}
-
-void tst_CFile::corruptStringLength_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<int>("returned");
-    QTest::addColumn<QString>("text");
-    const QByteArray tail("0123456789abcdef");
-    QTest::newRow("huge length, 20-byte file")
-        << QByteArray::fromHex("f0ffff7f") + tail << 0x7FFFFFF0 << QString::fromLatin1(tail);
-    QTest::newRow("negative length") << QByteArray::fromHex("ffffffff") + tail << -1 << QString();
-    QTest::newRow("embedded NUL cuts")
-        << QByteArray::fromHex("0400000061006263") << 4 << QStringLiteral("a");
-    QTest::newRow("truncated length field") << QByteArray::fromHex("05") << 5 << QString();
-}
-
-void tst_CFile::corruptStringLength()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(int, returned);
-    QFETCH(QString, text);
-    writeFile("corrupt.bin", content);
-    CFile f;
-    QVERIFY(f.Open(CString(path("corrupt.bin")), 0));
-    CString s("old");
-#if !defined(__SANITIZE_ADDRESS__)
-    // With the address space capped at 256 MiB above what is in use, a read that believed the
-    // length field would fail to allocate.
-    rlimit saved;
-    QCOMPARE(getrlimit(RLIMIT_AS, &saved), 0);
-    QFile statm(QStringLiteral("/proc/self/statm"));
-    QVERIFY(statm.open(QIODevice::ReadOnly));
-    rlimit capped = saved;
-    capped.rlim_cur =
-        statm.readAll().split(' ').value(0).toULongLong() * sysconf(_SC_PAGESIZE) + (256u << 20);
-    QCOMPARE(setrlimit(RLIMIT_AS, &capped), 0);
-#endif
-    const int n = f.Read(s);
-#if !defined(__SANITIZE_ADDRESS__)
-    setrlimit(RLIMIT_AS, &saved);
-#endif
-    QCOMPARE(n, returned);
-    QCOMPARE(s.text, text);
-}
-
-void tst_CFile::fixedWidthStringAndHeader()
-{
-    CFile f;
-    QVERIFY(f.Open(CString(), 0));
-    QCOMPARE(f.Write(CString("abcdef"), 3), 3);
-    QCOMPARE(f.Write(CString("xy"), 4), 4); // padded with NULs
-    FILEHEADER h;
-    std::memset(&h, 0xAA, sizeof h);
-    InitFileHeader(&h);
-    QCOMPARE(f.Write(&h, sizeof h), 16);
-    QVERIFY(f.Seek(0));
-    QByteArray raw(int(f.Size()), '\0');
-    f.Read(raw.data(), raw.size());
-    QCOMPARE(raw.toHex(),
-             QByteArray("6162637879000031"
-                        "2e3000000000000000000000000000"));
-}
 
 QTEST_APPLESS_MAIN(tst_CFile)
 #include "tst_cfile.moc"

@@ -4,300 +4,214 @@
 
 #include <QtTest>
 
+namespace {
+
+using S = CommaBlockString;
+
+/// Reads one field through `getter` into a variable that starts as `value`, and prints it.
+template<typename R, typename T>
+QString take(S &s, R (S::*getter)(T &), T value)
+{
+    (s.*getter)(value);
+    return QString::number(value);
+}
+
+} // namespace
+
 class tst_CommaBlockString : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void fields_data();
-    void fields();
-    void getters_data();
-    void getters();
-    void hexWordKeepsFullValue();
-    void fixedBuffer_data();
-    void fixedBuffer();
-    void totalRemain_data();
-    void totalRemain();
-    void overrideChangesEveryGetter();
-    void spliter_data();
-    void spliter();
-};
-
-void tst_CommaBlockString::fields_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<char>("block");
-    QTest::addColumn<QStringList>("fields");
-
-    QTest::newRow("blanks before numbers")
-        << "10, 20,  30" << ',' << QStringList {"10", "20", "30"};
-    QTest::newRow("empty field") << "a,,b" << ',' << QStringList {"a", "", "b"};
-    QTest::newRow("leading dropped, trailing kept") << " a b ," << ',' << QStringList {"a b "};
-    QTest::newRow("tabs") << "\tx\t,y" << ',' << QStringList {"x\t", "y"};
-    QTest::newRow("trailing delimiter consumed") << "a," << ',' << QStringList {"a"};
-    QTest::newRow("semicolon block") << "a,b;c" << ';' << QStringList {"a,b", "c"};
-    QTest::newRow("CR LF gives an empty field")
-        << "line1\r\nline2" << ',' << QStringList {"line1", "", "line2"};
-    QTest::newRow("no block code") << "a,b;c\nd" << '\0' << QStringList {"a,b;c", "d"};
-    QTest::newRow("no block code, NUL ends a field")
-        << QString::fromUtf8("a\0b", 3) << '\0' << QStringList {"a", "b"};
-    QTest::newRow("korean") << QString::fromUtf8("수온, 12.5") << ','
-                            << QStringList {QString::fromUtf8("수온"), "12.5"};
-}
-
-void tst_CommaBlockString::fields()
-{
-    QFETCH(QString, text);
-    QFETCH(char, block);
-    QFETCH(QStringList, fields);
-
-    CommaBlockString s;
-    s.SetBlockCode(block);
-    QCOMPARE(s.Set(CString(text)), text.size());
-    QStringList got;
-    while (!s.IsEOS() && got.size() <= fields.size())
-        got << s.GetString().text;
-    QCOMPARE(got, fields);
-
-    // Past the end: empty fields, position unchanged.
-    CString after("x");
-    QCOMPARE(s.GetString(after), text.size());
-    QVERIFY(after.IsEmpty());
-    QVERIFY(s.IsEOS());
-}
-
-void tst_CommaBlockString::getters_data()
-{
-    QTest::addColumn<QString>("getter");
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<QVariant>("expected");
-
-    QTest::newRow("int sign and tail") << "int"
-                                       << "  -42abc" << QVariant(-42);
-    QTest::newRow("int empty") << "int"
-                               << "" << QVariant(0);
-    QTest::newRow("int no digits") << "int"
-                                   << "x1" << QVariant(0);
-    QTest::newRow("int saturates") << "int"
-                                   << "99999999999" << QVariant(2147483647);
-    QTest::newRow("short low 16 bits") << "short"
-                                       << "70000" << QVariant(4464);
-    QTest::newRow("long is 32-bit") << "long"
-                                    << "3000000000" << QVariant(2147483647);
-    QTest::newRow("dword not unsigned text") << "dword"
-                                             << "3000000000" << QVariant(2147483647u);
-    QTest::newRow("dword of -1") << "dword"
-                                 << "-1" << QVariant(4294967295u);
-    QTest::newRow("word low 16 bits") << "word"
-                                      << "65537" << QVariant(1u);
-    QTest::newRow("byte low 8 bits") << "byte"
-                                     << "300" << QVariant(44u);
-    QTest::newRow("char code 65") << "char"
-                                  << "65" << QVariant(int('A'));
-    QTest::newRow("char letter") << "char"
-                                 << "A" << QVariant(0);
-    QTest::newRow("char empty is space") << "char"
-                                         << "" << QVariant(32);
-    QTest::newRow("float leading part") << "float"
-                                        << "3.5x" << QVariant(3.5);
-    QTest::newRow("double exponent") << "double"
-                                     << " 2.25e2" << QVariant(225.0);
-    QTest::newRow("double empty") << "double"
-                                  << "" << QVariant(0.0);
-    QTest::newRow("bool true") << "bool"
-                               << "true" << QVariant(true);
-    QTest::newRow("bool TRUE") << "bool"
-                               << "TRUE" << QVariant(true);
-    QTest::newRow("bool True") << "bool"
-                               << "True" << QVariant(false);
-    QTest::newRow("bool 1") << "bool"
-                            << "1" << QVariant(false);
-    QTest::newRow("hex lower") << "hex"
-                               << "ff" << QVariant(255u);
-    QTest::newRow("hex prefix") << "hex"
-                                << "0xFF" << QVariant(255u);
-    QTest::newRow("hex blank inside") << "hex"
-                                      << "1 F" << QVariant(31u);
-    QTest::newRow("hex nine digits wrap") << "hex"
-                                          << "100000000" << QVariant(0u);
-    QTest::newRow("hex full") << "hex"
-                              << "FFFFFFFF" << QVariant(4294967295u);
-}
-
-void tst_CommaBlockString::getters()
-{
-    QFETCH(QString, getter);
-    QFETCH(QString, field);
-    QFETCH(QVariant, expected);
-
-    CommaBlockString s;
-    s.Set(CString(field + QStringLiteral(",next")));
-    QVariant got;
-    if (getter == QLatin1String("int")) {
-        int v = -7;
-        s.GetInt(v);
-        got = v;
-    } else if (getter == QLatin1String("short")) {
-        short v = 0;
-        s.GetInt(v);
-        got = int(v);
-    } else if (getter == QLatin1String("long")) {
-        long v = 0;
-        s.GetLong(v);
-        got = int(v);
-        QCOMPARE(qlonglong(v), qlonglong(got.toInt()));
-    } else if (getter == QLatin1String("dword")) {
-        unsigned long v = 0;
-        s.GetDWORD(v);
-        got = uint(v);
-        QCOMPARE(qulonglong(v), qulonglong(got.toUInt()));
-    } else if (getter == QLatin1String("word")) {
-        unsigned short v = 0;
-        s.GetWORD(v);
-        got = uint(v);
-    } else if (getter == QLatin1String("byte")) {
-        unsigned char v = 0;
-        s.GetBYTE(v);
-        got = uint(v);
-    } else if (getter == QLatin1String("char")) {
-        char v = 'z';
-        s.GetChar(v);
-        got = int(v);
-    } else if (getter == QLatin1String("float")) {
-        got = double(s.GetFloat());
-    } else if (getter == QLatin1String("double")) {
-        got = s.GetDouble();
-    } else if (getter == QLatin1String("bool")) {
-        got = s.GetBool();
-    } else if (getter == QLatin1String("hex")) {
-        unsigned int v = 0;
-        const unsigned int returned = s.GetHexDWORD(v);
-        QCOMPARE(returned, v);
-        got = v;
-    }
-    QCOMPARE(got, expected);
-    // Exactly one field was consumed.
-    QCOMPARE(s.GetString().text, QStringLiteral("next"));
-}
-
-void tst_CommaBlockString::hexWordKeepsFullValue()
-{
-    CommaBlockString s;
-    s.Set(CString("12345,1FF"));
-    unsigned short w = 0;
-    QCOMPARE(s.GetHexWORD(w), 0x12345u);
-    QCOMPARE(w, quint16(0x2345));
-    unsigned char b = 0;
-    QCOMPARE(s.GetHexBYTE(b), 0x1FFu);
-    QCOMPARE(b, quint8(0xFF));
-}
-
-void tst_CommaBlockString::fixedBuffer_data()
-{
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<int>("size");
-    QTest::addColumn<QByteArray>("expected");
-
-    QTest::newRow("fits") << "abc" << 4 << QByteArray("abc");
-    QTest::newRow("one too long is dropped, not cut") << "abcd" << 4 << QByteArray("");
-    QTest::newRow("korean counts bytes") << QString::fromUtf8("수온") << 6 << QByteArray("");
-    QTest::newRow("korean fits") << QString::fromUtf8("수온") << 7 << QByteArray("수온");
-}
-
-void tst_CommaBlockString::fixedBuffer()
-{
-    QFETCH(QString, field);
-    QFETCH(int, size);
-    QFETCH(QByteArray, expected);
-
-    CommaBlockString s;
-    s.Set(CString(field + QStringLiteral(",x")));
-    QByteArray buffer(size + 1, '#');
-    s.GetString(buffer.data(), size);
-    QCOMPARE(QByteArray(buffer.constData()), expected);
-    QCOMPARE(buffer.at(size), '#'); // nothing written beyond the given size
-    QCOMPARE(s.GetString().text, QStringLiteral("x"));
-}
-
-void tst_CommaBlockString::totalRemain_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("rest");
-
-    QTest::newRow("after one field") << "a,b,c"
-                                     << "b,c";
-    QTest::newRow("blanks skipped, line breaks kept") << "a, \t b\r\nc"
-                                                      << "b\r\nc";
-    QTest::newRow("nothing left") << "a,"
-                                  << "";
-}
-
-void tst_CommaBlockString::totalRemain()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, rest);
-
-    CommaBlockString s;
-    s.Set(CString(text));
-    s.Skip();
-    CString got("old");
-    s.GetStringTotalRemain(got);
-    QCOMPARE(got.text, rest);
-    QVERIFY(s.IsEOS());
-}
-
-void tst_CommaBlockString::overrideChangesEveryGetter()
-{
-    // A derived grammar that reads every field as "7".
-    struct Sevens : CommaBlockString
+    void fields_data()
     {
-        int GetString(CString &field) override
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<char>("block");
+        QTest::addColumn<QStringList>("fields");
+        auto row = [](const char *name, const QString &text, const QStringList &fields,
+                      char block = ',') { QTest::newRow(name) << text << block << fields; };
+        row("blanks before numbers", "10, 20,  30", {"10", "20", "30"});
+        row("empty field", "a,,b", {"a", "", "b"});
+        row("leading dropped, trailing kept", " a b ,", {"a b "});
+        row("tabs", "\tx\t,y", {"x\t", "y"});
+        row("trailing delimiter consumed", "a,", {"a"});
+        row("semicolon block", "a,b;c", {"a,b", "c"}, ';');
+        row("CR LF gives an empty field", "line1\r\nline2", {"line1", "", "line2"});
+        row("no block code", "a,b;c\nd", {"a,b;c", "d"}, '\0');
+        row("no block code, NUL ends a field", QString::fromUtf8("a\0b", 3), {"a", "b"}, '\0');
+        row("korean", QString::fromUtf8("수온, 12.5"), {QString::fromUtf8("수온"), "12.5"});
+    }
+
+    void fields()
+    {
+        QFETCH(QString, text);
+        QFETCH(char, block);
+        QFETCH(QStringList, fields);
+        CommaBlockString s;
+        s.SetBlockCode(block);
+        QCOMPARE(s.Set(CString(text)), text.size());
+        QStringList got;
+        while (!s.IsEOS() && got.size() <= fields.size())
+            got << s.GetString().text;
+        QCOMPARE(got, fields);
+        // Past the end: empty fields, position unchanged.
+        CString after("x");
+        QCOMPARE(s.GetString(after), text.size());
+        QVERIFY(after.IsEmpty() && s.IsEOS());
+    }
+
+    void getters_data()
+    {
+        QTest::addColumn<QString>("getter");
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<QStringList>("values"); // one per field, in order
+        auto row = [](const char *getter, const char *fields, const QStringList &values) {
+            QTest::newRow(qPrintable(getter + QStringLiteral(": ") + fields))
+                << QString(getter) << QString(fields) << values;
+        };
+        row("int", "  -42abc,,x1,99999999999", {"-42", "0", "0", "2147483647"});
+        row("short", "70000", {"4464"});           // low 16 bits
+        row("long", "3000000000", {"2147483647"}); // 32 bits whatever the width of long
+        row("dword", "3000000000,-1", {"2147483647", "4294967295"});
+        row("word", "65537", {"1"});
+        row("byte", "300", {"44"});
+        row("char", "65,A,", {"65", "0", "32"}); // a code, not a letter; empty is a space
+        row("float", "3.5x", {"3.5"});
+        row("double", " 2.25e2,", {"225", "0"});
+        row("bool", "true,TRUE,True,1", {"1", "1", "0", "0"});
+        row("hex", "ff,0xFF,1 F,100000000,FFFFFFFF", {"255", "255", "31", "0", "4294967295"});
+    }
+
+    void getters()
+    {
+        QFETCH(QString, getter);
+        QFETCH(QString, fields);
+        QFETCH(QStringList, values);
+        const QHash<QString, QString (*)(S &)> read {
+            {"int", [](S &s) { return take<int>(s, &S::GetInt, -7); }},
+            {"short", [](S &s) { return take<short>(s, &S::GetInt, short(0)); }},
+            {"long", [](S &s) { return take(s, &S::GetLong, 0L); }},
+            {"dword", [](S &s) { return take<unsigned long>(s, &S::GetDWORD, 0UL); }},
+            {"word", [](S &s) { return take(s, &S::GetWORD, ushort(0)); }},
+            {"byte", [](S &s) { return take(s, &S::GetBYTE, uchar(0)); }},
+            {"char", [](S &s) { return take(s, &S::GetChar, 'z'); }},
+            {"float", [](S &s) { return QString::number(s.GetFloat()); }},
+            {"double", [](S &s) { return QString::number(s.GetDouble()); }},
+            {"bool", [](S &s) { return QString::number(s.GetBool()); }},
+            {"hex", [](S &s) { return take(s, &S::GetHexDWORD, 0u); }}};
+        CommaBlockString s;
+        s.Set(CString(fields + QStringLiteral(",next")));
+        QStringList got;
+        while (got.size() < values.size())
+            got << read.value(getter)(s);
+        QCOMPARE(got, values);
+        QCOMPARE(s.GetString().text, QStringLiteral("next")); // exactly one field each
+    }
+
+    void hexReturnsFullValue()
+    {
+        CommaBlockString s;
+        s.Set(CString("12345,1FF,FFFFFFFF"));
+        unsigned short w = 0;
+        unsigned char b = 0;
+        unsigned int d = 0;
+        QCOMPARE(QVector<uint>({s.GetHexWORD(w), w, s.GetHexBYTE(b), b, s.GetHexDWORD(d), d}),
+                 QVector<uint>({0x12345, 0x2345, 0x1FF, 0xFF, 0xFFFFFFFF, 0xFFFFFFFF}));
+    }
+
+    void fixedBuffer_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<int>("size");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("fits") << "abc" << 4 << QByteArray("abc");
+        QTest::newRow("one too long is dropped, not cut") << "abcd" << 4 << QByteArray("");
+        QTest::newRow("korean counts bytes") << QString::fromUtf8("수온") << 6 << QByteArray("");
+        QTest::newRow("korean fits") << QString::fromUtf8("수온") << 7 << QByteArray("수온");
+    }
+
+    void fixedBuffer()
+    {
+        QFETCH(QString, field);
+        QFETCH(int, size);
+        QFETCH(QByteArray, expected);
+        CommaBlockString s;
+        s.Set(CString(field + QStringLiteral(",x")));
+        QByteArray buffer(size + 1, '#');
+        s.GetString(buffer.data(), size);
+        QCOMPARE(QByteArray(buffer.constData()), expected);
+        QCOMPARE(buffer.at(size), '#'); // nothing written beyond the given size
+        QCOMPARE(s.GetString().text, QStringLiteral("x"));
+    }
+
+    void totalRemain_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("rest");
+        QTest::newRow("after one field") << "a,b,c" << QStringLiteral("b,c");
+        QTest::newRow("blanks skipped, line breaks kept")
+            << "a, \t b\r\nc" << QStringLiteral("b\r\nc");
+        QTest::newRow("nothing left") << "a," << QString();
+    }
+
+    void totalRemain()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, rest);
+        CommaBlockString s;
+        s.Set(CString(text));
+        s.Skip();
+        CString got("old");
+        s.GetStringTotalRemain(got);
+        QCOMPARE(got.text, rest);
+        QVERIFY(s.IsEOS());
+    }
+
+    void overrideChangesEveryGetter()
+    {
+        // A derived grammar that reads every field as "7".
+        struct Sevens : CommaBlockString
         {
-            CommaBlockString::GetString(field);
-            field = "7";
-            return m_nPos;
-        }
-    } s;
-    s.Set(CString("a,b,c"));
-    QCOMPARE(s.GetInt(), 7);
-    QCOMPARE(s.GetDouble(), 7.0);
-    unsigned int hex = 0;
-    s.GetHexDWORD(hex);
-    QCOMPARE(hex, 7u);
-}
+            int GetString(CString &field) override
+            {
+                CommaBlockString::GetString(field);
+                field = "7";
+                return m_nPos;
+            }
+        } s;
+        s.Set(CString("a,b,c"));
+        QCOMPARE(s.GetInt(), 7);
+        QCOMPARE(s.GetDouble(), 7.0);
+        QCOMPARE(take(s, &S::GetHexDWORD, 0u), QStringLiteral("7"));
+    }
 
-void tst_CommaBlockString::spliter_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("separator");
-    QTest::addColumn<QStringList>("items");
+    void spliter_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("separator");
+        QTest::addColumn<QStringList>("items");
+        auto row = [](const char *name, const char *text, const char *separator,
+                      const QStringList &items) {
+            QTest::newRow(name) << QString(text) << QString(separator) << items;
+        };
+        row("plain", "a,b,cd", ",", {"a", "b", "cd"});
+        row("one-character tail dropped", "a,b,c", ",", {"a", "b"});
+        row("trailing separator", "a,b,", ",", {"a", "b"});
+        row("long separator advances one", "a::b", "::", {"a", ":b"});
+        row("no separator", "ab", ",", {"ab"});
+        row("case-sensitive", "XaYAZ", "a", {"X", "YAZ"});
+        row("empty text", "", ",", {});
+        row("empty separator", "abc", "", {});
+    }
 
-    QTest::newRow("plain") << "a,b,cd"
-                           << "," << QStringList {"a", "b", "cd"};
-    QTest::newRow("one-character tail dropped") << "a,b,c"
-                                                << "," << QStringList {"a", "b"};
-    QTest::newRow("trailing separator") << "a,b,"
-                                        << "," << QStringList {"a", "b"};
-    QTest::newRow("long separator advances one") << "a::b"
-                                                 << "::" << QStringList {"a", ":b"};
-    QTest::newRow("no separator") << "ab"
-                                  << "," << QStringList {"ab"};
-    QTest::newRow("case-sensitive") << "XaYAZ"
-                                    << "a" << QStringList {"X", "YAZ"};
-    QTest::newRow("empty text") << ""
-                                << "," << QStringList();
-    QTest::newRow("empty separator") << "abc"
-                                     << "" << QStringList();
-}
-
-void tst_CommaBlockString::spliter()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, separator);
-    QFETCH(QStringList, items);
-
-    QCOMPARE(StringSpliter::Execute(text, separator), items);
-}
+    void spliter()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, separator);
+        QFETCH(QStringList, items);
+        QCOMPARE(StringSpliter::Execute(text, separator), items);
+    }
+};
 
 QTEST_APPLESS_MAIN(tst_CommaBlockString)
 #include "tst_commablockstring.moc"

@@ -1,3 +1,4 @@
+// Hexa, Number, CDataSwap and MemoryData.
 #include <CDataSwap.h>
 #include <Hexa.h>
 #include <MemoryData.h>
@@ -8,133 +9,134 @@
 #include <climits>
 #include <cmath>
 
+namespace {
+
 // A caller-owned MemoryData buffer, freed as the class requires.
 struct Buffer
 {
     ~Buffer() { delete[] data; }
     QByteArray bytes(int from, int count) const { return QByteArray(data + from, count); }
+    int setInt(qint64 v, int n) { return MemoryData::SetIntData(&data, v, n, pos, capacity); }
+    void setString(const CString &s) { MemoryData::SetStringData(&data, s, pos, capacity); }
     char *data = nullptr;
     int pos = 0;
     int capacity = 0;
 };
+
+// The text conversions, each printed so that one table holds them all.
+using Convert = QString (*)(const QByteArray &input, int arg);
+
+QString hexaCount(const QByteArray &text, int count)
+{
+    return QString::number(uint(Hexa::HexaStringToInt(text.constData(), count)), 16);
+}
+
+QString hexaText(const QByteArray &text, int)
+{
+    const QString number = QString::number(Hexa::HexaStringToInt(QString::fromUtf8(text)));
+    const QString asText = Hexa::HexaStringToIntString(QString::fromUtf8(text));
+    return asText == number ? number : number + QStringLiteral(" but text ") + asText;
+}
+
+QString intToHexa(const QByteArray &value, int bytes)
+{
+    return QString::fromLatin1(Hexa::IntToHexaString(value.toInt(), bytes));
+}
+
+QString isNumber(const QByteArray &text, int decimals)
+{
+    QByteArray copy = text;
+    const int fromChars = Number::IsNumber(copy.data(), decimals) != 0;
+    const int fromString = Number::IsNumber(CString(text.constData()), decimals) != 0;
+    return fromChars == fromString ? QString::number(fromChars)
+                                   : QStringLiteral("overloads differ");
+}
+
+// Hex text to bytes and back: "<bytes in hex> <text back>".
+QString hexText(const QByteArray &text, int)
+{
+    const QByteArray bytes = MemoryData::ConvertFromText(CString(text.constData()));
+    return QString::fromLatin1(bytes.toHex()) + QLatin1Char(' ') + MemoryData::ConvertToText(bytes);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Convert)
 
 class tst_Conversions : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void hexaCount_data()
+    void text_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<int>("count");
-        QTest::addColumn<int>("expected");
-        QTest::newRow("non-hex still shifts") << QByteArray("1G") << 2 << 0x10;
-        QTest::newRow("count 0 reads all, x counts 0") << QByteArray("0x1F") << 0 << 0x1F;
-        QTest::newRow("lower case, count shorter than text") << QByteArray("ff12") << 2 << 0xFF;
-        QTest::newRow("all 32 bits") << QByteArray("FFFFFFFF") << 0 << -1;
-        QTest::newRow("nine digits keep the low 32 bits")
-            << QByteArray("123456789") << 0 << 0x23456789;
-        QTest::newRow("terminator ends text, places still shift") << QByteArray("1") << 4 << 0x1000;
-        QTest::newRow("empty") << QByteArray("") << 0 << 0;
-        QTest::newRow("negative count") << QByteArray("1F") << -1 << 0;
+        QTest::addColumn<Convert>("convert");
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<int>("arg");
+        QTest::addColumn<QString>("expected");
+        auto row = [](const char *name, Convert convert, const char *input, int arg,
+                      const char *expected) {
+            QTest::newRow(name) << convert << QByteArray(input) << arg << QString(expected);
+        };
+        // HexaStringToInt(text, count), as unsigned hex.
+        row("count: non-hex still shifts", hexaCount, "1G", 2, "10");
+        row("count: 0 reads all, x counts 0", hexaCount, "0x1F", 0, "1f");
+        row("count: lower case, shorter than text", hexaCount, "ff12", 2, "ff");
+        row("count: all 32 bits", hexaCount, "FFFFFFFF", 0, "ffffffff");
+        row("count: nine digits keep the low 32 bits", hexaCount, "123456789", 0, "23456789");
+        row("count: terminator ends text, places shift", hexaCount, "1", 4, "1000");
+        row("count: empty", hexaCount, "", 0, "0");
+        row("count: negative", hexaCount, "1F", -1, "0");
+        // HexaStringToInt(QString) and HexaStringToIntString, as decimal.
+        row("text: 0x prefix", hexaText, "0x1F", 0, "31");
+        row("text: signed", hexaText, "-10", 0, "-16");
+        row("text: largest long", hexaText, "7FFFFFFF", 0, "2147483647");
+        row("text: beyond a 32-bit long, first two", hexaText, "FFFFFFFF", 0, "255");
+        row("text: bad text, first two", hexaText, "1FZZ", 0, "31");
+        row("text: bad first two count 0", hexaText, "G1Z", 0, "1");
+        row("text: bad two characters", hexaText, "ZZ", 0, "0");
+        row("text: empty", hexaText, "", 0, "0");
+        // IntToHexaString(value, bytes).
+        row("to hexa: padded", intToHexa, "255", 2, "00FF");
+        row("to hexa: low byte of -1", intToHexa, "-1", 1, "FF");
+        row("to hexa: full word", intToHexa, "305441741", 4, "1234ABCD");
+        row("to hexa: wider than int, zeros", intToHexa, "-1", 6, "0000FFFFFFFF");
+        row("to hexa: zero bytes", intToHexa, "5", 0, "");
+        row("to hexa: negative bytes", intToHexa, "5", -3, "");
+        // IsNumber(text, allowDecimal), both overloads.
+        row("number: exponent with sign", isNumber, "1E+5", 0, "1");
+        row("number: exponent without sign", isNumber, "1E5", 0, "0");
+        row("number: lower-case e", isNumber, "1e+5", 0, "0");
+        row("number: E last", isNumber, "12E", 0, "0");
+        row("number: minus anywhere", isNumber, "1-2", 0, "1");
+        row("number: decimal refused", isNumber, "3.5", 0, "0");
+        row("number: decimal allowed", isNumber, "3.5", 1, "1");
+        row("number: empty is a number", isNumber, "", 0, "1");
+        row("number: plus without E", isNumber, "+1", 0, "0");
+        row("number: non-ASCII", isNumber, "1²", 0, "0");
+        // ConvertFromText and ConvertToText.
+        row("hex text: mixed case", hexText, "00FFa5", 0, "00ffa5 00FFA5");
+        row("hex text: odd tail ignored", hexText, "ABC", 0, "ab AB");
+        row("hex text: non-hex counts 0", hexText, "G1", 0, "01 01");
     }
 
-    void hexaCount()
+    void text()
     {
-        QFETCH(QByteArray, text);
-        QFETCH(int, count);
-        QFETCH(int, expected);
-        QCOMPARE(Hexa::HexaStringToInt(text.constData(), count), expected);
-    }
-
-    void hexaQString_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("expected");
-        QTest::newRow("0x prefix") << QStringLiteral("0x1F") << 31;
-        QTest::newRow("signed") << QStringLiteral("-10") << -16;
-        QTest::newRow("largest long") << QStringLiteral("7FFFFFFF") << INT_MAX;
-        QTest::newRow("beyond a 32-bit long: first two") << QStringLiteral("FFFFFFFF") << 0xFF;
-        QTest::newRow("bad text: first two") << QStringLiteral("1FZZ") << 31;
-        QTest::newRow("bad first two count 0") << QStringLiteral("G1Z") << 0x01;
-        QTest::newRow("bad two characters") << QStringLiteral("ZZ") << 0;
-        QTest::newRow("empty") << QString() << 0;
-    }
-
-    void hexaQString()
-    {
-        QFETCH(QString, text);
-        QFETCH(int, expected);
-        QCOMPARE(Hexa::HexaStringToInt(text), expected);
-        QCOMPARE(Hexa::HexaStringToIntString(text), QString::number(expected));
-    }
-
-    void intToHexa_data()
-    {
-        QTest::addColumn<int>("value");
-        QTest::addColumn<int>("bytes");
-        QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("padded") << 255 << 2 << QByteArray("00FF");
-        QTest::newRow("low byte of -1") << -1 << 1 << QByteArray("FF");
-        QTest::newRow("full word") << 0x1234ABCD << 4 << QByteArray("1234ABCD");
-        QTest::newRow("wider than int: zeros") << -1 << 6 << QByteArray("0000FFFFFFFF");
-        QTest::newRow("zero bytes") << 5 << 0 << QByteArray();
-        QTest::newRow("negative bytes") << 5 << -3 << QByteArray();
-    }
-
-    void intToHexa()
-    {
-        QFETCH(int, value);
-        QFETCH(int, bytes);
-        QFETCH(QByteArray, expected);
-        QCOMPARE(Hexa::IntToHexaString(value, bytes), expected);
-    }
-
-    void isNumber_data()
-    {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<bool>("decimals");
-        QTest::addColumn<bool>("expected");
-        QTest::newRow("exponent with sign") << QByteArray("1E+5") << false << true;
-        QTest::newRow("exponent without sign") << QByteArray("1E5") << false << false;
-        QTest::newRow("lower-case e") << QByteArray("1e+5") << false << false;
-        QTest::newRow("E last") << QByteArray("12E") << false << false;
-        QTest::newRow("minus anywhere") << QByteArray("1-2") << false << true;
-        QTest::newRow("decimal refused") << QByteArray("3.5") << false << false;
-        QTest::newRow("decimal allowed") << QByteArray("3.5") << true << true;
-        QTest::newRow("empty is a number") << QByteArray("") << false << true;
-        QTest::newRow("plus without E") << QByteArray("+1") << false << false;
-        QTest::newRow("non-ASCII") << QByteArray("1²") << false << false;
-    }
-
-    void isNumber()
-    {
-        QFETCH(QByteArray, text);
-        QFETCH(bool, decimals);
-        QFETCH(bool, expected);
-        QCOMPARE(Number::IsNumber(text.data(), decimals) != 0, expected);
-        QCOMPARE(Number::IsNumber(CString(text.constData()), decimals) != 0, expected);
-    }
-
-    void toInt_data()
-    {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<int>("expected");
-        QTest::newRow("2.5 up") << 2.5 << 3;
-        QTest::newRow("2.4 down") << 2.4 << 2;
-        QTest::newRow("0.5 up") << 0.5 << 1;
-        QTest::newRow("-0.5 truncated") << -0.5 << 0;
-        QTest::newRow("-2.5 truncated") << -2.5 << -2;
-        QTest::newRow("-2.7 truncated") << -2.7 << -2;
-        QTest::newRow("huge clamped") << 1e20 << INT_MAX;
-        QTest::newRow("NaN") << std::nan("") << 0;
+        QFETCH(Convert, convert);
+        QFETCH(QByteArray, input);
+        QFETCH(int, arg);
+        QFETCH(QString, expected);
+        QCOMPARE(convert(input, arg), expected);
     }
 
     void toInt()
     {
-        QFETCH(double, value);
-        QFETCH(int, expected);
-        QCOMPARE(Number::ToInt(value), expected);
+        // Halves round away from zero only above it: below zero the value is truncated.
+        const double values[] = {2.5, 2.4, 0.5, -0.5, -2.5, -2.7, 1e20, std::nan("")};
+        QVector<int> got;
+        for (const double value : values)
+            got << Number::ToInt(value);
+        QCOMPARE(got, QVector<int>({3, 2, 1, 0, -2, -2, INT_MAX, 0}));
     }
 
     void dataSwap_data()
@@ -142,11 +144,11 @@ private slots:
         QTest::addColumn<int>("size");
         QTest::addColumn<int>("element");
         QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("pairs") << 6 << 2 << QByteArray::fromHex("020104030605");
-        QTest::newRow("quads") << 4 << 4 << QByteArray::fromHex("040302010506");
-        QTest::newRow("not a multiple") << 6 << 4 << QByteArray::fromHex("010203040506");
-        QTest::newRow("element 0 ignored") << 6 << 0 << QByteArray::fromHex("010203040506");
-        QTest::newRow("size 0") << 0 << 2 << QByteArray::fromHex("010203040506");
+        QTest::newRow("pairs") << 6 << 2 << QByteArray("020104030605");
+        QTest::newRow("quads") << 4 << 4 << QByteArray("040302010506");
+        QTest::newRow("not a multiple") << 6 << 4 << QByteArray("010203040506");
+        QTest::newRow("element 0 ignored") << 6 << 0 << QByteArray("010203040506");
+        QTest::newRow("size 0") << 0 << 2 << QByteArray("010203040506");
     }
 
     void dataSwap()
@@ -156,7 +158,7 @@ private slots:
         QFETCH(QByteArray, expected);
         QByteArray data = QByteArray::fromHex("010203040506");
         CDataSwap().Execute(data.data(), size, element);
-        QCOMPARE(data.toHex(), expected.toHex());
+        QCOMPARE(data.toHex(), expected);
     }
 
     void intData_data()
@@ -185,7 +187,7 @@ private slots:
         QFETCH(QByteArray, expected);
         QFETCH(qlonglong, readBack);
         Buffer b;
-        QCOMPARE(MemoryData::SetIntData(&b.data, value, size, b.pos, b.capacity), 1);
+        QCOMPARE(b.setInt(value, size), 1);
         QCOMPARE(b.pos, size);
         QCOMPARE(b.bytes(0, size).toHex(), expected);
         int pos = 0;
@@ -193,50 +195,37 @@ private slots:
         QCOMPARE(pos, size == 3 ? 0 : size); // 3 is no read width
     }
 
-    void recordRoundTrip()
+    void record()
     {
         Buffer b;
         MemoryData::SetFloatData(&b.data, 1.5f, b.pos, b.capacity);
-        MemoryData::SetStringData(&b.data, CString("수온 ok"), b.pos, b.capacity);
-        MemoryData::SetIntData(&b.data, -5, 8, b.pos, b.capacity);
+        b.setString(CString("수온 ok"));
+        b.setInt(-5, 8);
+        const QByteArray text(300, 'x');
+        b.setString(CString(text.constData()));
+        b.setInt(0x1234, 2);
+        // Over 65,535 bytes a string is cut so that its count matches the bytes that follow.
+        b.setString(CString(QString(70000, QLatin1Char('a'))));
         QCOMPARE(b.bytes(0, 6).toHex(), QByteArray("3fc000000009")); // 9 UTF-8 bytes
-        QCOMPARE(b.pos, 4 + 2 + 9 + 8);
+        QCOMPARE(b.bytes(23 + 304, 2).toHex(), QByteArray("ffff"));
+        QCOMPARE(b.pos, 4 + (2 + 9) + 8 + (2 + 300) + 2 + (2 + 0xFFFF));
         int pos = 0;
         QCOMPARE(MemoryData::GetFloatData(b.data, pos), 1.5f);
         QCOMPARE(MemoryData::GetStringData(b.data, pos).text, QStringLiteral("수온 ok"));
         QCOMPARE(MemoryData::GetIntData(b.data, 8, pos), -5LL);
-        QCOMPARE(pos, b.pos);
-    }
-
-    void stringCapLeavesPositionShort()
-    {
-        Buffer b;
-        const QByteArray text(300, 'x');
-        MemoryData::SetStringData(&b.data, CString(text.constData()), b.pos, b.capacity);
-        MemoryData::SetIntData(&b.data, 0x1234, 2, b.pos, b.capacity);
-        int pos = 0;
+        // Reading takes at most 259 bytes and moves by what it took, not by the stored count.
         QCOMPARE(MemoryData::GetStringData(b.data, pos).text, QString::fromLatin1(text.left(259)));
-        QCOMPARE(pos, 2 + 259); // 41 bytes short of the next field
+        QCOMPARE(pos, 23 + 2 + 259);
         pos += 41;
         QCOMPARE(MemoryData::GetIntData(b.data, 2, pos), 0x1234LL);
-    }
-
-    void longStringKeepsCountAndBytesTogether()
-    {
-        Buffer b;
-        MemoryData::SetStringData(&b.data, CString(QString(70000, QLatin1Char('a'))), b.pos,
-                                  b.capacity);
-        QCOMPARE(b.pos, 2 + 0xFFFF);
-        QCOMPARE(b.bytes(0, 2).toHex(), QByteArray("ffff"));
     }
 
     void reallocGrowth()
     {
         Buffer b;
-        QCOMPARE(MemoryData::SetIntData(&b.data, 1, 1, b.pos, b.capacity), 1);
+        QCOMPARE(b.setInt(1, 1), 1);
         QCOMPARE(b.capacity, 1 + 5000);
         b.data[0] = 'k';
-
         // Room for 5,000 more (in use + add = 5,000 < 5,001): the same array.
         char *before = b.data;
         QCOMPARE(MemoryData::ReallocMem(&b.data, 1, 4999, b.capacity), 1);
@@ -247,31 +236,8 @@ private slots:
         QCOMPARE(b.data[0], 'k');
         QCOMPARE(MemoryData::ReallocMem(&b.data, 1, -1, b.capacity), 0);
         QCOMPARE(MemoryData::ReallocMem(&b.data, INT_MAX, 1, b.capacity), 0);
-        QCOMPARE(MemoryData::SetIntData(&b.data, 1, 9, b.pos, b.capacity), 0);
+        QCOMPARE(b.setInt(1, 9), 0);
         QCOMPARE(b.pos, 1);
-    }
-
-    void hexText_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<QString>("back");
-        QTest::newRow("mixed case") << QStringLiteral("00FFa5") << QByteArray::fromHex("00ffa5")
-                                    << QStringLiteral("00FFA5");
-        QTest::newRow("odd tail ignored")
-            << QStringLiteral("ABC") << QByteArray::fromHex("ab") << QStringLiteral("AB");
-        QTest::newRow("non-hex counts 0")
-            << QStringLiteral("G1") << QByteArray::fromHex("01") << QStringLiteral("01");
-    }
-
-    void hexText()
-    {
-        QFETCH(QString, text);
-        QFETCH(QByteArray, data);
-        QFETCH(QString, back);
-        const QByteArray bytes = MemoryData::ConvertFromText(CString(text));
-        QCOMPARE(bytes.toHex(), data.toHex());
-        QCOMPARE(MemoryData::ConvertToText(bytes), back);
     }
 };
 

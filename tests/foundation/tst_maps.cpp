@@ -14,34 +14,32 @@ class tst_Maps : public QObject
 private slots:
     void failedLookupAddsKey_data();
     void failedLookupAddsKey();
-    void nullValueReadsAsAbsent();
-    void keyOrder();
+    void keyOrderAndRemoval();
     void stringKeys_data();
     void stringKeys();
-    void stringToString();
-    void stringToPtrTake();
-    void removal();
+    void strings();
 };
 
 static QObject objectA, objectB;
 
-// The same scenario on every pointer map: a failed Lookup or GetAt leaves the key behind.
+// The same scenario on every pointer map: a failed Lookup or GetAt leaves the key behind, and a
+// key stored with a null value reads as absent.
 template<typename Map, typename Key, typename Value>
 static void checkLookup(Key absent, Key other, Value stored, bool viaGetAt)
 {
     Map map;
     Value v = stored;
-    if (viaGetAt) {
+    if (viaGetAt)
         QCOMPARE(map.GetAt(absent), Value(nullptr));
-    } else {
-        QVERIFY(!map.Lookup(absent, v));
-        QCOMPARE(v, Value(nullptr));
-    }
+    else
+        QVERIFY(!map.Lookup(absent, v) && v == nullptr);
     QCOMPARE(map.GetCount(), 1);
     map.SetAt(other, stored);
-    QVERIFY(map.Lookup(other, v));
-    QCOMPARE(v, stored);
+    QVERIFY(map.Lookup(other, v) && v == stored);
     QCOMPARE(map.GetAt(other), stored);
+    map.SetAt(other, nullptr); // replaces, does not add
+    v = stored;
+    QVERIFY(!map.Lookup(other, v) && v == nullptr);
     QCOMPARE(map.GetCount(), 2);
 }
 
@@ -68,23 +66,17 @@ void tst_Maps::failedLookupAddsKey()
     QCOMPARE(map.GetKeyList(), QList<int> {5});
 }
 
-void tst_Maps::nullValueReadsAsAbsent()
-{
-    CMapIntToOb map;
-    map.SetAt(5, &objectA);
-    map.SetAt(5, nullptr); // replaces, does not add
-    QObject *v = &objectB;
-    QVERIFY(!map.Lookup(5, v));
-    QVERIFY(!v);
-    QCOMPARE(map.GetCount(), 1);
-}
-
-void tst_Maps::keyOrder()
+void tst_Maps::keyOrderAndRemoval()
 {
     CMapIntToOb ints;
     for (int k : {3, 1, -2, 2})
         ints.SetAt(k, &objectA);
     QCOMPARE(ints.GetKeyList(), (QList<int> {-2, 1, 2, 3}));
+    ints.RemoveKey(7);
+    ints.RemoveKey(1);
+    QCOMPARE(ints.GetKeyList(), (QList<int> {-2, 2, 3}));
+    ints.RemoveAll();
+    QCOMPARE(ints.GetCount(), 0);
 
     // Unsigned keys above INT_MAX sort last, and GetList gives the values in key order.
     int a = 0, b = 0, c = 0;
@@ -133,60 +125,37 @@ void tst_Maps::stringKeys()
     QCOMPARE(strings.GetCount(), listed.size());
 }
 
-void tst_Maps::stringToString()
+void tst_Maps::strings()
 {
+    // Strings: an empty one reads as absent, and a failed Lookup empties the value and adds the
+    // key.
     CMapStringToString map;
     map.SetAt("ABC", CString("value"));
     map.SetAt("blank", CString(""));
     CString v("stale");
-    QVERIFY(map.Lookup("ABC", v));
-    QCOMPARE(v.text, QStringLiteral("value"));
-    QVERIFY(!map.Lookup("blank", v));
-    QVERIFY(v.IsEmpty());
-
+    QVERIFY(map.Lookup("ABC", v) && v.text == QStringLiteral("value"));
+    QVERIFY(!map.Lookup("blank", v) && v.IsEmpty());
     v = "stale";
-    QVERIFY(!map.Lookup("abc", v));
-    QVERIFY(v.IsEmpty());
-    QCOMPARE(map.GetCount(), 3);
+    QVERIFY(!map.Lookup("abc", v) && v.IsEmpty());
     QVERIFY(map.GetAt("missing").IsEmpty());
     QCOMPARE(map.Keys(), (QList<QString> {"ABC", "abc", "blank", "missing"}));
-    QCOMPARE(map.GetAt("ABC").text, QStringLiteral("value"));
-
     map.SetAt("키", CString("값"));
     QCOMPARE(QString::fromUtf8(map.GetAt("키").GetData()), QString::fromUtf8("값"));
-}
+    map.RemoveKey("none");
+    map.RemoveKey("ABC");
+    QCOMPARE(map.Keys(), (QList<QString> {"abc", "blank", "missing", "키"}));
+    map.RemoveAll();
+    QCOMPARE(map.GetCount(), 0);
 
-void tst_Maps::stringToPtrTake()
-{
+    // Take removes without adding.
     int x = 0;
-    CMapStringToPtr map;
-    QVERIFY(!map.Take("absent"));
-    QCOMPARE(map.GetCount(), 0);
-    map.SetAt("k", &x);
-    QCOMPARE(map.Take("k"), static_cast<void *>(&x));
-    QCOMPARE(map.GetCount(), 0);
-    map.SetAt("k", &x);
-    map.Clear();
-    QVERIFY(map.Keys().isEmpty());
-}
-
-void tst_Maps::removal()
-{
-    CMapIntToOb ints;
-    ints.SetAt(1, &objectA);
-    ints.SetAt(2, &objectB);
-    ints.RemoveKey(3);
-    ints.RemoveKey(1);
-    QCOMPARE(ints.GetKeyList(), QList<int> {2});
-    ints.RemoveAll();
-    QCOMPARE(ints.GetCount(), 0);
-    QCOMPARE(objectB.objectName(), QString()); // the objects themselves are untouched
-
-    CMapStringToString strings;
-    strings.SetAt("a", CString("1"));
-    strings.RemoveKey("b");
-    strings.RemoveKey("a");
-    QCOMPARE(strings.GetCount(), 0);
+    CMapStringToPtr ptrs;
+    QVERIFY(!ptrs.Take("absent") && ptrs.GetCount() == 0);
+    ptrs.SetAt("k", &x);
+    QVERIFY(ptrs.Take("k") == &x && ptrs.GetCount() == 0);
+    ptrs.SetAt("k", &x);
+    ptrs.Clear();
+    QVERIFY(ptrs.Keys().isEmpty());
 }
 
 QTEST_APPLESS_MAIN(tst_Maps)

@@ -14,21 +14,13 @@
 namespace {
 
 std::atomic<qint64> fakeNow {0};
-qint64 fakeClock()
-{
-    return fakeNow.load();
-}
 void setDay(int day) // noon local time, November 2026
 {
     fakeNow = QDateTime(QDate(2026, 11, day), QTime(12, 0)).toSecsSinceEpoch();
-    VantorPrivate::setLogClock(fakeClock);
+    VantorPrivate::setLogClock([] { return fakeNow.load(); });
 }
 
 QStringList received; // filled on the test's own thread only
-void collect(CString text)
-{
-    received << text.text;
-}
 
 QByteArray contentOf(const QString &path)
 {
@@ -57,19 +49,13 @@ private slots:
     void inHelperProcess();
     void callback_data();
     void callback();
-    void stoppedWriterKeepsQueueThenWritesAll();
-    void rewindPastMaxSize_data();
-    void rewindPastMaxSize();
+    void rewind_data();
+    void rewind();
     void datedName_data();
     void datedName();
-    void firstDayUndatedThenRepeatedExpiry();
     void eightThreads();
 
 private:
-    void logTo(const QString &file, int keepDays = 0)
-    {
-        SetLogFile(QFile::encodeName(file), keepDays);
-    }
     QTemporaryDir m_dir;
     QString m_cwd = QDir::currentPath();
 };
@@ -112,8 +98,7 @@ void tst_PrintMessage::inHelperProcess()
     const QString file = m_dir.filePath(scenario + QLatin1String(".log"));
     QProcess helper;
     helper.start(QStringLiteral(PRINTMESSAGE_HELPER), {scenario, file});
-    QVERIFY(helper.waitForFinished(60000));
-    QCOMPARE(helper.exitCode(), 0);
+    QVERIFY(helper.waitForFinished(60000) && helper.exitCode() == 0);
     QCOMPARE(helper.readAllStandardOutput(), output);
     if (!logFile.isEmpty())
         QCOMPARE(contentOf(file), logFile);
@@ -124,7 +109,6 @@ void tst_PrintMessage::callback_data()
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QString>("expected");
     QTest::newRow("utf-8, no line end added") << QByteArray("수온 %d") << QStringLiteral("수온 %d");
-    QTest::newRow("2047 bytes whole") << QByteArray(2047, 'a') << QString(2047, QLatin1Char('a'));
     QTest::newRow("longer is cut to 2047") << QByteArray(3000, 'b') << QString(2047, 'b');
     QTest::newRow("cut before a split character")
         << QByteArray(2045, 'c') + "가나" << QString(2045, 'c');
@@ -136,49 +120,47 @@ void tst_PrintMessage::callback()
 {
     QFETCH(QByteArray, text);
     QFETCH(QString, expected);
-    SetPrintMessageFunction(collect);
+    SetPrintMessageFunction([](CString text) { received << text.text; });
     PrintMessage("dropped: no log file, output off\n");
     ExternPrintMessageFlag = 1;
     PrintMessage("%s", text.constData());
     QCOMPARE(received, QStringList {expected});
 }
 
-void tst_PrintMessage::stoppedWriterKeepsQueueThenWritesAll()
+void tst_PrintMessage::rewind_data()
 {
-    const QString file = m_dir.filePath(QStringLiteral("x.txt"));
-    logTo(file);
-    ClosePrintMessageThread();
-    QTest::qWait(100);
-    for (int i = 1; i <= 400; ++i)
-        PrintMessage("message %05d\n", i);
-    QTest::qWait(200);
-    QCOMPARE(contentOf(file), QByteArray());
-    // Append mode writes at the end even after the rewind at 4,096 bytes: nothing is lost.
-    QVERIFY(StartPrintMessageThread());
-    QTRY_COMPARE(contentOf(file), numbered(1, 400));
-}
-
-void tst_PrintMessage::rewindPastMaxSize_data()
-{
-    QTest::addColumn<int>("maxSize");
+    QTest::addColumn<int>("maxSize"); // 0: as SetLogFile opens it, appending, marked at 4,096
+    QTest::addColumn<QByteArray>("lines");
     QTest::addColumn<QByteArray>("expected");
     // Four records of 50 bytes, A to D, written in "w" mode.
     QByteArray r[4];
     for (int i = 0; i < 4; ++i)
         r[i] = QByteArray(49, char('A' + i)) + '\n';
-    QTest::newRow("at the mark: no rewind yet") << 100 << r[3] + r[1] + r[2];
-    QTest::newRow("one past the mark") << 99 << r[2] + r[3];
+    const QByteArray all = r[0] + r[1] + r[2] + r[3];
+    QTest::newRow("at the mark: no rewind yet") << 100 << all << r[3] + r[1] + r[2];
+    QTest::newRow("one past the mark") << 99 << all << r[2] + r[3];
+    // Append mode writes at the end even after the rewind: nothing is lost.
+    QTest::newRow("append mode") << 0 << numbered(1, 400) << numbered(1, 400);
 }
 
-void tst_PrintMessage::rewindPastMaxSize()
+// Messages wait in the queue while the writer is stopped, and are all written once it restarts.
+void tst_PrintMessage::rewind()
 {
     QFETCH(int, maxSize);
+    QFETCH(QByteArray, lines);
     QFETCH(QByteArray, expected);
     const QString file = m_dir.filePath(QStringLiteral("w%1.log").arg(maxSize));
-    logTo(file);
-    VantorPrivate::openLogFile(QFile::encodeName(file), 0, 0, maxSize);
-    for (char ch : QByteArray("ABCD"))
-        PrintMessage("%s\n", QByteArray(49, ch).constData());
+    SetLogFile(QFile::encodeName(file), 0);
+    if (maxSize)
+        VantorPrivate::openLogFile(QFile::encodeName(file), 0, 0, maxSize);
+    ClosePrintMessageThread();
+    QTest::qWait(100);
+    for (const QByteArray &line : lines.split('\n'))
+        if (!line.isEmpty())
+            PrintMessage("%s\n", line.constData());
+    QTest::qWait(200);
+    QCOMPARE(contentOf(file), QByteArray());
+    QVERIFY(StartPrintMessageThread());
     QTRY_COMPARE(contentOf(file), expected);
 }
 
@@ -197,50 +179,41 @@ void tst_PrintMessage::datedName_data()
         << QStringLiteral("d.1/app.log") << QStringLiteral("d.1/app20261116.log");
 }
 
+// The first day's file keeps the plain name; from the next day on every message deletes the
+// expired day's file again and reopens the dated one to append.
 void tst_PrintMessage::datedName()
 {
     QFETCH(QString, name);
     QFETCH(QString, dated);
     QTemporaryDir dir; // the names are relative to the current folder
     QVERIFY(QDir::setCurrent(dir.path()));
+    QVERIFY(QDir().mkpath(QFileInfo(dir.filePath(name)).path())); // only dated folders are made
     setDay(15);
-    SetLogFile(name.toUtf8().constData(), 5);
-    setDay(16);
-    PrintMessage("dated\n");
-    QTRY_COMPARE(contentOf(dir.filePath(dated)), QByteArray("dated\n"));
-    SetLogFile("", 0);
-}
-
-void tst_PrintMessage::firstDayUndatedThenRepeatedExpiry()
-{
-    const QString plain = m_dir.filePath(QStringLiteral("app.log"));
-    const QString day16 = m_dir.filePath(QStringLiteral("app20261116.log"));
-    const QString expired = m_dir.filePath(QStringLiteral("app20261114.log"));
-    setDay(15);
-    logTo(plain, 2);
+    SetLogFile(name.toUtf8().constData(), 2);
     PrintMessage("first\n");
-    QTRY_COMPARE(contentOf(plain), QByteArray("first\n"));
-    QVERIFY(!QFile::exists(m_dir.filePath(QStringLiteral("app20261115.log"))));
-
+    QTRY_COMPARE(contentOf(dir.filePath(name)), QByteArray("first\n"));
     setDay(16);
+    const QString expired = dir.filePath(QString(dated).replace("1116", "1114"));
+    QVERIFY(QDir().mkpath(QFileInfo(expired).path()));
     for (const char *text : {"second\n", "third\n"}) {
-        // Every message after the change deletes the expired day again and reopens to append.
         QFile stale(expired);
         QVERIFY(stale.open(QIODevice::WriteOnly));
         stale.close();
         PrintMessage("%s", text);
-        QTRY_VERIFY(contentOf(day16).endsWith(text));
+        QTRY_VERIFY(contentOf(dir.filePath(dated)).endsWith(text));
         QVERIFY(!QFile::exists(expired));
     }
-    QCOMPARE(contentOf(day16), QByteArray("second\nthird\n"));
-    QCOMPARE(contentOf(plain), QByteArray("first\n"));
+    QCOMPARE(contentOf(dir.filePath(dated)), QByteArray("second\nthird\n"));
+    QCOMPARE(contentOf(dir.filePath(name)), QByteArray("first\n"));
     SetLogFile("", 0);
 }
 
+// Eight threads log at once while the writer runs: each thread's lines arrive whole and in its
+// own order, interleaved with the others'.
 void tst_PrintMessage::eightThreads()
 {
     const QString file = m_dir.filePath(QStringLiteral("threads.log"));
-    logTo(file);
+    SetLogFile(QFile::encodeName(file), 0);
     const int threads = 8, lines = 1000;
     auto lineOf = [](int t, int i) {
         return "thread " + QByteArray::number(t) + ' ' + QByteArray::number(i) + ' ' +
@@ -254,20 +227,19 @@ void tst_PrintMessage::eightThreads()
         });
         workers.last()->start();
     }
-    for (QThread *w : workers) {
+    for (QThread *w : workers)
         QVERIFY(w->wait(60000));
-        delete w;
-    }
+    qDeleteAll(workers);
     QTRY_COMPARE_WITH_TIMEOUT(contentOf(file).count('\n'), threads * lines, 30000);
-    // Each thread's lines arrive whole and in its own order, interleaved with the others'.
-    QByteArray perThread[threads], expected[threads];
+    QByteArray perThread[threads];
     for (const QByteArray &line : contentOf(file).split('\n'))
         if (!line.isEmpty())
             perThread[qBound(0, line.mid(7, 1).toInt(), threads - 1)] += line + '\n';
     for (int t = 0; t < threads; ++t) {
+        QByteArray expected;
         for (int i = 0; i < lines; ++i)
-            expected[t] += lineOf(t, i);
-        QCOMPARE(perThread[t], expected[t]);
+            expected += lineOf(t, i);
+        QCOMPARE(perThread[t], expected);
     }
 }
 

@@ -3,8 +3,8 @@
 // What the IPC tests share: their own temporary folder for System V keys, removal of segments
 // left by earlier runs, and the peer process.
 
+#include <QDeadlineTimer>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QSharedMemory>
 #include <QTemporaryDir>
@@ -31,9 +31,8 @@ inline void removeSegment(const QString &key)
 /// The next line of the peer's output, or what it printed before it ended.
 inline QByteArray readLine(QProcess &peer, int ms = 30000)
 {
-    QElapsedTimer timer;
-    timer.start();
-    while (!peer.canReadLine() && peer.state() == QProcess::Running && !timer.hasExpired(ms))
+    const QDeadlineTimer limit(ms);
+    while (!peer.canReadLine() && peer.state() == QProcess::Running && !limit.hasExpired())
         peer.waitForReadyRead(100);
     return (peer.canReadLine() ? peer.readLine() : peer.readAll()).trimmed();
 }

@@ -2,8 +2,6 @@
 
 #include "ipctest.h"
 
-#include <QCryptographicHash>
-#include <QSystemSemaphore>
 #include <QtTest>
 
 class tst_RunGuard : public QObject
@@ -12,32 +10,29 @@ class tst_RunGuard : public QObject
 
 private slots:
     void initTestCase() { QVERIFY(IpcTest::useOwnTempDir(m_tmp)); }
-    void init() { IpcTest::removeSegment(memKey(m_key)); }
+    void init() { IpcTest::removeSegment(derived("_sharedmemKey")); }
     void cleanup()
     {
-        IpcTest::removeSegment(memKey(m_key));
+        IpcTest::removeSegment(derived("_sharedmemKey"));
         // A killed instance leaves its semaphore behind: take it over, and remove it with us.
-        const QByteArray lockKey =
-            QCryptographicHash::hash(m_key.toUtf8() + "_memLockKey", QCryptographicHash::Sha1);
-        QSystemSemaphore(QString::fromLatin1(lockKey.toHex()), 1, QSystemSemaphore::Create);
+        QSystemSemaphore(derived("_memLockKey"), 1, QSystemSemaphore::Create);
     }
 
     void derivedKeys_data();
     void derivedKeys();
     void secondGuardInOneProcess();
-    void secondProcessIsTurnedAway();
-    void restartAfterSigkill();
+    void acrossProcesses();
 
 private:
-    static QString memKey(const QString &key)
+    QString derived(const char *salt) const
     {
-        const QByteArray hash =
-            QCryptographicHash::hash(key.toUtf8() + "_sharedmemKey", QCryptographicHash::Sha1);
-        return QString::fromLatin1(hash.toHex());
+        return QString::fromLatin1(
+            QCryptographicHash::hash(m_key.toUtf8() + salt, QCryptographicHash::Sha1).toHex());
     }
 
     QTemporaryDir m_tmp;
     const QString m_key = QStringLiteral("vantor-tst-runguard");
+    const QStringList m_guard {QStringLiteral("guard"), m_key}; // the peer's command
 };
 
 void tst_RunGuard::derivedKeys_data()
@@ -45,10 +40,10 @@ void tst_RunGuard::derivedKeys_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("marker");
     // SHA-1 of the key's UTF-8 bytes followed by "_sharedmemKey", lowercase hexadecimal.
-    QTest::newRow("ascii") << QStringLiteral("App")
-                           << QStringLiteral("b0a92c08088d0ffe386a3223f9c88420421a853b");
-    QTest::newRow("korean, as UTF-8") << QStringLiteral("\uD55C\uAE00 \uC571")
-                                      << QStringLiteral("f3b07e2bb61f6de1097ec5abd01f38251b6d6c92");
+    QTest::newRow("ascii") << "App"
+                           << "b0a92c08088d0ffe386a3223f9c88420421a853b";
+    QTest::newRow("korean, as UTF-8")
+        << QStringLiteral("\uD55C\uAE00 \uC571") << "f3b07e2bb61f6de1097ec5abd01f38251b6d6c92";
 }
 
 void tst_RunGuard::derivedKeys()
@@ -81,47 +76,27 @@ void tst_RunGuard::secondGuardInOneProcess()
     QVERIFY(second.tryToRun());
 }
 
-void tst_RunGuard::secondProcessIsTurnedAway()
+void tst_RunGuard::acrossProcesses()
 {
-    auto first = IpcTest::startPeer({QStringLiteral("guard"), m_key});
+    // The crashed instance's marker is still there, attached by nobody.
+    auto markerLeft = [this]() {
+        QSharedMemory probe(derived("_sharedmemKey"));
+        return !probe.create(8) && probe.error() == QSharedMemory::AlreadyExists;
+    };
+    auto first = IpcTest::startPeer(m_guard);
     QCOMPARE(IpcTest::readLine(*first), QByteArray("RUN"));
-    auto second = IpcTest::startPeer({QStringLiteral("guard"), m_key});
-    QCOMPARE(IpcTest::finish(*second), QByteArray("BUSY"));
+    QCOMPARE(IpcTest::finish(*IpcTest::startPeer(m_guard)), QByteArray("BUSY"));
     QVERIFY(!RunGuard(m_key).tryToRun());
-
-    first->closeWriteChannel(); // the first instance ends normally
-    QCOMPARE(IpcTest::finish(*first), QByteArray());
-    QCOMPARE(first->exitCode(), 0);
-    RunGuard here(m_key);
+    first->kill(); // SIGKILL to the process we started: no destructor runs
+    QVERIFY(first->waitForFinished(30000) && markerLeft());
+    auto next = IpcTest::startPeer(m_guard); // a restart in another process
+    QCOMPARE(IpcTest::readLine(*next), QByteArray("RUN"));
+    QVERIFY(!RunGuard(m_key).tryToRun());
+    next->kill();
+    QVERIFY(next->waitForFinished(30000) && markerLeft());
+    RunGuard here(m_key); // a restart in this one
     QVERIFY(here.tryToRun());
-    auto third = IpcTest::startPeer({QStringLiteral("guard"), m_key});
-    QCOMPARE(IpcTest::finish(*third), QByteArray("BUSY"));
-}
-
-void tst_RunGuard::restartAfterSigkill()
-{
-    for (int crash = 0; crash < 2; ++crash) {
-        auto first = IpcTest::startPeer({QStringLiteral("guard"), m_key});
-        QCOMPARE(IpcTest::readLine(*first), QByteArray("RUN"));
-        first->kill(); // SIGKILL to the process we started: no destructor runs
-        QVERIFY(first->waitForFinished(30000));
-        {
-            // The crashed instance's marker is still there, attached by nobody.
-            QSharedMemory probe(memKey(m_key));
-            QVERIFY(!probe.create(8));
-            QCOMPARE(probe.error(), QSharedMemory::AlreadyExists);
-        }
-        if (crash == 0) {
-            auto next = IpcTest::startPeer({QStringLiteral("guard"), m_key});
-            QCOMPARE(IpcTest::readLine(*next), QByteArray("RUN"));
-            QVERIFY(!RunGuard(m_key).tryToRun());
-            next->kill();
-            next->waitForFinished(30000);
-        } else {
-            RunGuard here(m_key);
-            QVERIFY(here.tryToRun());
-        }
-    }
+    QCOMPARE(IpcTest::finish(*IpcTest::startPeer(m_guard)), QByteArray("BUSY"));
 }
 
 QTEST_GUILESS_MAIN(tst_RunGuard)

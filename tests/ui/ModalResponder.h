@@ -3,10 +3,9 @@
 // Answers the modal dialogs that a blocking call runs: a timer polls for the active modal
 // widget, records what it saw and then acts on it (click a button, close, press Escape).
 #include <QApplication>
-#include <QDialog>
 #include <QLabel>
 #include <QPointer>
-#include <QTest>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include <functional>
@@ -38,9 +37,8 @@ private:
         ++shown;
         className = QString::fromLatin1(w->metaObject()->className());
         title = w->windowTitle();
-        if (auto *label = w->findChild<QLabel *>(QStringLiteral("labelMessage")))
-            message = label->text();
-        else if (auto *label = w->findChild<QLabel *>(QStringLiteral("qt_msgbox_label")))
+        const QRegularExpression labels(QStringLiteral("^(labelMessage|qt_msgbox_label)$"));
+        for (QLabel *label : w->findChildren<QLabel *>(labels))
             message = label->text();
         m_action(w);
     }
