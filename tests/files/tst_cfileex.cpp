@@ -3,9 +3,6 @@
 #include <QtTest>
 #include <QtWidgets>
 
-#include <csignal>
-
-#include <sys/resource.h>
 #include <unistd.h>
 
 class tst_CFileEx : public QObject
@@ -26,72 +23,56 @@ private slots:
 
     void split_data()
     {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QByteArray>("path");
-        QTest::addColumn<QString>("parts"); // drive|dir|name|extension
-        QTest::addColumn<QString>("fullName");
-        QTest::addColumn<QString>("lastDir");
-        QTest::addColumn<QString>("detached");
-        const auto row = [](const char *name, const char *before, const char *path,
-                            const char *parts, const char *fullName, const char *lastDir,
-                            const char *detached) {
-            QTest::newRow(name) << QByteArray(before) << QByteArray(path) << parts << fullName
-                                << lastDir << detached;
-        };
-        row("drive path", "", "C:/a/b/c.txt", "C:/|a/b|c|txt", "C:/a/b/c.txt", "b", "C:/a/b/");
-        row("backslashes", "", "C:\\a\\c.txt", "C:\\|a|c|txt", "C:\\a/c.txt", "a", "C:\\a\\");
-        row("trailing separator", "", "C:/a/b/", "C:/|a/b||", "C:/a/b/", "b", "C:/a/");
-        row("drive root doubles separator", "", "C:/c.txt", "C:/||c|txt", "C://c.txt", "", "C:/");
-        row("root", "", "/", "/|||", "//", "", "/");
-        row("relative", "", "data/y.dat", "|data|y|dat", "data/y.dat", "", "data/");
-        row("first dot splits", "", "/var/a.tar.gz", "|/var|a|tar.gz", "/var/a.tar.gz", "var",
-            "/var/");
-        row("leading dot", "", "/home/.profile", "|/home||profile", "/home/.profile", "home",
-            "/home/");
-        row("no extension", "", "/home/README", "|/home|README|", "/home/README", "home", "/home/");
+        QTest::addColumn<QString>("paths"); // set in turn, ">" between them
+        // Drive, dir, name, extension, full name, last dir, path with the last part detached.
+        QTest::addColumn<QString>("parts");
+        const auto row = [](auto name, auto p, auto e) { QTest::newRow(name) << p << e; };
+        row("drive path", "C:/a/b/c.txt", "C:/|a/b|c|txt|C:/a/b/c.txt|b|C:/a/b/");
+        row("backslashes", "C:\\a\\c.txt", "C:\\|a|c|txt|C:\\a/c.txt|a|C:\\a\\");
+        row("trailing separator", "C:/a/b/", "C:/|a/b|||C:/a/b/|b|C:/a/");
+        row("drive root doubles separator", "C:/c.txt", "C:/||c|txt|C://c.txt||C:/");
+        row("root", "/", "/||||//||/");
+        row("relative", "data/y.dat", "|data|y|dat|data/y.dat||data/");
+        row("first dot splits", "/var/a.tar.gz", "|/var|a|tar.gz|/var/a.tar.gz|var|/var/");
+        row("leading dot", "/home/.profile", "|/home||profile|/home/.profile|home|/home/");
+        row("no extension", "/home/README", "|/home|README||/home/README|home|/home/");
         // A directory part of two characters or fewer keeps the earlier directory.
-        row("bare name", "C:/a/b/c.txt", "y.dat", ".|a/b|y|dat", ".a/b/y.dat", "", "y.dat");
-        row("short dir", "C:/a/b/c.txt", "x/y", "x|a/b|y|", "xa/b/y", "", "x/");
+        row("bare name", "C:/a/b/c.txt>y.dat", ".|a/b|y|dat|.a/b/y.dat||y.dat");
+        row("short dir", "C:/a/b/c.txt>x/y", "x|a/b|y||xa/b/y||x/");
     }
 
     void split()
     {
-        QFETCH(QByteArray, before);
-        QFETCH(QByteArray, path);
+        QFETCH(QString, paths);
         QFETCH(QString, parts);
-        QFETCH(QString, fullName);
-        QFETCH(QString, lastDir);
-        QFETCH(QString, detached);
-        CFileEx f(before.constData());
-        f.SetFullName(path.constData());
-        QCOMPARE(
-            QStringList({f.m_strDrive.text, f.m_strDir.text, f.GetName().text, f.GetExtName().text})
-                .join('|'),
-            parts);
-        QCOMPARE(f.GetFullName().text, fullName);
+        CFileEx f;
+        QByteArray p;
+        for (const QString &path : paths.split('>'))
+            f.SetFullName(p = path.toLatin1());
         QCOMPARE(f.GetPathName().text, f.m_strDrive.text + f.m_strDir.text);
-        QCOMPARE(f.GetLastDir(path.constData()).text, lastDir);
-        QCOMPARE(f.DetachLastDir(path.constData()).text, detached);
+        QCOMPARE(
+            QStringList({f.m_strDrive.text, f.m_strDir.text, f.GetName().text, f.GetExtName().text,
+                         f.GetFullName().text, f.GetLastDir(p).text, f.DetachLastDir(p).text}),
+            parts.split('|'));
     }
 
     void makeFileAndExistence()
     {
         const QByteArray file = path8("x/y/z.dat");
-        CFileEx f(file.constData());
-        QCOMPARE(f.CheckExistence(0), 0);
-        QCOMPARE(f.MakeFile(0), 1);
-        QVERIFY(f.IsDirectory(path8("x/y").constData()));
-        QCOMPARE(f.CheckExistence(file.constData(), 1), 1);
-        QCOMPARE(f.GetPathName(file.constData()).text, path("x/y/"));
-        QCOMPARE(f.GetPathName(path8("x/y").constData()).text, path("x/y"));
+        CFileEx f(file);
+        // Evaluated in order: missing, made with its folders, then there.
+        QCOMPARE(QList<int>({f.CheckExistence(0), f.MakeFile(0), f.IsDirectory(path8("x/y")),
+                             f.CheckExistence(file, 1)}),
+                 QList<int>({0, 1, 1, 1}));
+        QCOMPARE(f.GetPathName(file).text, path("x/y/"));
+        QCOMPARE(f.GetPathName(path8("x/y")).text, path("x/y"));
         touch("x/y/z.dat", QByteArray(123, 'a'));
-        QCOMPARE(f.GetFileSize(file.constData()), 123);
-        QCOMPARE(f.MakeFile(file.constData(), 0), 1); // empties an existing file
-        QCOMPARE(f.GetFileSize(file.constData()), 0);
+        // MakeFile empties an existing file.
+        QCOMPARE(QList<int>({f.GetFileSize(file), f.MakeFile(file, 0), f.GetFileSize(file)}),
+                 QList<int>({123, 1, 0}));
         QCOMPARE(CFileEx().CheckExistence(1), 0); // no name: no box either
-        f.DeleteDirectory(path8("x").constData());
+        f.DeleteDirectory(path8("x"));
         QVERIFY(!QFileInfo::exists(path("x")));
-
         QString shown;
         QObject guard; // the box is looked for only while this test runs
         QTimer::singleShot(0, &guard, [&shown] {
@@ -111,26 +92,23 @@ private slots:
         // Nothing there yet: a directory of that name is made and the save fails.
         QCOMPARE(CFileEx().FileSave(file.data(), data, 11), -1);
         QVERIFY(QFileInfo(path("new.dat")).isDir());
-        file = path8("old.dat");
         touch("old.dat", "a much longer old content");
-        QCOMPARE(CFileEx().FileSave(file.data(), data, 11), 0);
+        QCOMPARE(CFileEx().FileSave((file = path8("old.dat")).data(), data, 11), 0);
         QFile back(path("old.dat"));
         QVERIFY(back.open(QIODevice::ReadOnly));
         QCOMPARE(back.readAll(), QByteArray("new content"));
-
         // A short write fails and says so on standard output.
         QTemporaryFile out;
         QVERIFY(out.open() && QFileInfo::exists(QStringLiteral("/dev/full")));
         char full[] = "/dev/full";
         QByteArray big(100000, 'z');
         std::fflush(stdout);
-        const int oldStdout = dup(STDOUT_FILENO);
-        dup2(out.handle(), STDOUT_FILENO);
+        const int oldStdout = dup(STDOUT_FILENO), redirected = dup2(out.handle(), STDOUT_FILENO);
         const int result = CFileEx().FileSave(full, big.data(), big.size());
         dup2(oldStdout, STDOUT_FILENO);
         close(oldStdout);
         QCOMPARE(result, -1);
-        QVERIFY(out.seek(0));
+        QVERIFY(redirected == STDOUT_FILENO && out.seek(0));
         QCOMPARE(out.readAll(),
                  QByteArray("Warn : /dev/full FileSave written 0 bytes ( request = 100000 )\n"));
     }
@@ -142,7 +120,7 @@ private slots:
             touch(name);
         CStringArray list;
         list.Add(CString("kept"));
-        CFileEx().GetFileList(list, path8("list/").constData(), {QStringLiteral("*.dat")},
+        CFileEx().GetFileList(list, path8("list/"), {QStringLiteral("*.dat")},
                               QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot);
         QStringList names;
         for (int i = 0; i < list.GetSize(); ++i)
@@ -152,14 +130,12 @@ private slots:
 
     void deleteOldFile()
     {
-        const QString root = path("dated/");
-        const auto has = [&root](const char *day) {
-            return QFileInfo::exists(root + "2026/" + day);
-        };
+        const QString root = path("dated/2026/");
+        const auto has = [&root](const char *day) { return QFileInfo::exists(root + day); };
         for (const char *day : {"11/05", "11/06", "11/07", "11/08", "11/09", "10/31"})
-            QVERIFY(QDir().mkpath(root + "2026/" + day + "/sub"));
+            QVERIFY(QDir().mkpath(root + day + "/sub"));
         CFileEx f;
-        f.m_strDateRoot = CString(root);
+        f.m_strDateRoot = CString(path("dated/"));
         const auto run = [&f](int keepDays, int month, int day, int hour) {
             f.m_nKeepDays = keepDays;
             f.DeleteOldFile(QDateTime(QDate(2026, month, day), QTime(hour, 30)));

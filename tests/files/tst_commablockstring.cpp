@@ -16,6 +16,18 @@ QString take(S &s, R (S::*getter)(T &), T value)
     return QString::number(value);
 }
 
+/// Counts the fields read through the overridable GetString.
+struct Counting : CommaBlockString
+{
+    int GetString(CString &field) override
+    {
+        ++calls;
+        return CommaBlockString::GetString(field);
+    }
+    using CommaBlockString::GetString;
+    int calls = 0;
+};
+
 } // namespace
 
 class tst_CommaBlockString : public QObject
@@ -28,18 +40,19 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<char>("block");
         QTest::addColumn<QStringList>("fields");
+        QTest::addColumn<QString>("rest"); // GetStringTotalRemain after the first field
         auto row = [](const char *name, const QString &text, const QStringList &fields,
-                      char block = ',') { QTest::newRow(name) << text << block << fields; };
-        row("blanks before numbers", "10, 20,  30", {"10", "20", "30"});
-        row("empty field", "a,,b", {"a", "", "b"});
-        row("leading dropped, trailing kept", " a b ,", {"a b "});
-        row("tabs", "\tx\t,y", {"x\t", "y"});
-        row("trailing delimiter consumed", "a,", {"a"});
-        row("semicolon block", "a,b;c", {"a,b", "c"}, ';');
-        row("CR LF gives an empty field", "line1\r\nline2", {"line1", "", "line2"});
-        row("no block code", "a,b;c\nd", {"a,b;c", "d"}, '\0');
-        row("no block code, NUL ends a field", QString::fromUtf8("a\0b", 3), {"a", "b"}, '\0');
-        row("korean", QString::fromUtf8("수온, 12.5"), {QString::fromUtf8("수온"), "12.5"});
+                      const QString &rest,
+                      char block = ',') { QTest::newRow(name) << text << block << fields << rest; };
+        row("blanks before numbers", "10, 20,  30", {"10", "20", "30"}, "20,  30");
+        row("empty field", "a,,b", {"a", "", "b"}, ",b");
+        row("leading dropped, trailing kept, last delimiter consumed", " a b ,", {"a b "}, "");
+        row("semicolon block", "a,b;c", {"a,b", "c"}, "c", ';');
+        row("CR LF gives an empty field; rest keeps breaks", "a, \t b\r\nc", {"a", "b", "", "c"},
+            "b\r\nc");
+        row("no block code: breaks and NUL end a field", QString::fromUtf8("a,b;c\nd\0e", 9),
+            {"a,b;c", "d", "e"}, QString::fromUtf8("d\0e", 3), '\0');
+        row("korean", QString::fromUtf8("수온, 12.5"), {QString::fromUtf8("수온"), "12.5"}, "12.5");
     }
 
     void fields()
@@ -47,6 +60,7 @@ private slots:
         QFETCH(QString, text);
         QFETCH(char, block);
         QFETCH(QStringList, fields);
+        QFETCH(QString, rest);
         CommaBlockString s;
         s.SetBlockCode(block);
         QCOMPARE(s.Set(CString(text)), text.size());
@@ -54,58 +68,46 @@ private slots:
         while (!s.IsEOS() && got.size() <= fields.size())
             got << s.GetString().text;
         QCOMPARE(got, fields);
-        // Past the end: empty fields, position unchanged.
-        CString after("x");
+        CString after("x"); // past the end: empty fields, position unchanged
         QCOMPARE(s.GetString(after), text.size());
         QVERIFY(after.IsEmpty() && s.IsEOS());
-    }
-
-    void getters_data()
-    {
-        QTest::addColumn<QString>("getter");
-        QTest::addColumn<QString>("fields");
-        QTest::addColumn<QStringList>("values"); // one per field, in order
-        auto row = [](const char *getter, const char *fields, const QStringList &values) {
-            QTest::newRow(qPrintable(getter + QStringLiteral(": ") + fields))
-                << QString(getter) << QString(fields) << values;
-        };
-        row("int", "  -42abc,,x1,99999999999", {"-42", "0", "0", "2147483647"});
-        row("short", "70000", {"4464"});           // low 16 bits
-        row("long", "3000000000", {"2147483647"}); // 32 bits whatever the width of long
-        row("dword", "3000000000,-1", {"2147483647", "4294967295"});
-        row("word", "65537", {"1"});
-        row("byte", "300", {"44"});
-        row("char", "65,A,", {"65", "0", "32"}); // a code, not a letter; empty is a space
-        row("float", "3.5x", {"3.5"});
-        row("double", " 2.25e2,", {"225", "0"});
-        row("bool", "true,TRUE,True,1", {"1", "1", "0", "0"});
-        row("hex", "ff,0xFF,1 F,100000000,FFFFFFFF", {"255", "255", "31", "0", "4294967295"});
+        s.Set(CString(text));
+        s.Skip();
+        QCOMPARE(s.GetStringTotalRemain(after), text.size());
+        QCOMPARE(after.text, rest);
     }
 
     void getters()
     {
-        QFETCH(QString, getter);
-        QFETCH(QString, fields);
-        QFETCH(QStringList, values);
-        const QHash<QString, QString (*)(S &)> read {
-            {"int", [](S &s) { return take<int>(s, &S::GetInt, -7); }},
-            {"short", [](S &s) { return take<short>(s, &S::GetInt, short(0)); }},
-            {"long", [](S &s) { return take(s, &S::GetLong, 0L); }},
-            {"dword", [](S &s) { return take<unsigned long>(s, &S::GetDWORD, 0UL); }},
-            {"word", [](S &s) { return take(s, &S::GetWORD, ushort(0)); }},
-            {"byte", [](S &s) { return take(s, &S::GetBYTE, uchar(0)); }},
-            {"char", [](S &s) { return take(s, &S::GetChar, 'z'); }},
-            {"float", [](S &s) { return QString::number(s.GetFloat()); }},
-            {"double", [](S &s) { return QString::number(s.GetDouble()); }},
-            {"bool", [](S &s) { return QString::number(s.GetBool()); }},
-            {"hex", [](S &s) { return take(s, &S::GetHexDWORD, 0u); }}};
-        CommaBlockString s;
-        s.Set(CString(fields + QStringLiteral(",next")));
-        QStringList got;
-        while (got.size() < values.size())
-            got << read.value(getter)(s);
-        QCOMPARE(got, values);
-        QCOMPARE(s.GetString().text, QStringLiteral("next")); // exactly one field each
+        // Every getter in turn over one line. Each takes exactly one field, through the virtual
+        // GetString, so that an override changes the grammar of all of them.
+        Counting s;
+        s.Set(CString("  -42abc,,x1,99999999999,70000,3000000000,3000000000,-1,65537,300,65,A,,"
+                      "3.5x, 2.25e2,,true,TRUE,True,1,ff,0xFF,1 F,100000000,FFFFFFFF,next"));
+        QStringList got; // the values of each getter, comma-separated
+        auto read = [&got](int fields, auto getter) {
+            QStringList values;
+            while (fields-- > 0)
+                values << getter();
+            got << values.join(',');
+        };
+        read(4, [&] { return take<int>(s, &S::GetInt, -7); });
+        read(1, [&] { return take<short>(s, &S::GetInt, short(0)); }); // low 16 bits
+        read(1, [&] { return take(s, &S::GetLong, 0L); }); // 32 bits whatever the width of long
+        read(2, [&] { return take<unsigned long>(s, &S::GetDWORD, 0UL); });
+        read(1, [&] { return take(s, &S::GetWORD, ushort(0)); });
+        read(1, [&] { return take(s, &S::GetBYTE, uchar(0)); });
+        read(3, [&] { return take(s, &S::GetChar, 'z'); }); // a code; empty is a space
+        read(1, [&] { return QString::number(s.GetFloat()); });
+        read(2, [&] { return QString::number(s.GetDouble()); });
+        read(4, [&] { return QString::number(s.GetBool()); });
+        read(5, [&] { return take(s, &S::GetHexDWORD, 0u); });
+        QCOMPARE(
+            got,
+            QStringList({"-42,0,0,2147483647", "4464", "2147483647", "2147483647,4294967295", "1",
+                         "44", "65,0,32", "3.5", "225,0", "1,1,0,0", "255,255,31,0,4294967295"}));
+        QCOMPARE(s.calls, 25);
+        QCOMPARE(s.GetString().text, QStringLiteral("next"));
     }
 
     void hexReturnsFullValue()
@@ -119,70 +121,20 @@ private slots:
                  QVector<uint>({0x12345, 0x2345, 0x1FF, 0xFF, 0xFFFFFFFF, 0xFFFFFFFF}));
     }
 
-    void fixedBuffer_data()
+    void fixedBufferDropsWhatDoesNotFit()
     {
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<int>("size");
-        QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("fits") << "abc" << 4 << QByteArray("abc");
-        QTest::newRow("one too long is dropped, not cut") << "abcd" << 4 << QByteArray("");
-        QTest::newRow("korean counts bytes") << QString::fromUtf8("수온") << 6 << QByteArray("");
-        QTest::newRow("korean fits") << QString::fromUtf8("수온") << 7 << QByteArray("수온");
-    }
-
-    void fixedBuffer()
-    {
-        QFETCH(QString, field);
-        QFETCH(int, size);
-        QFETCH(QByteArray, expected);
+        // The terminator needs room too; Korean counts its UTF-8 bytes.
         CommaBlockString s;
-        s.Set(CString(field + QStringLiteral(",x")));
-        QByteArray buffer(size + 1, '#');
-        s.GetString(buffer.data(), size);
-        QCOMPARE(QByteArray(buffer.constData()), expected);
-        QCOMPARE(buffer.at(size), '#'); // nothing written beyond the given size
+        s.Set(CString("abc,abcd,수온,수온,x"));
+        QByteArray got;
+        for (const int size : {4, 4, 6, 7}) {
+            QByteArray buffer(size + 1, '#');
+            s.GetString(buffer.data(), size);
+            QCOMPARE(buffer.at(size), '#'); // nothing written beyond the given size
+            got += QByteArray(buffer.constData()) + '|';
+        }
+        QCOMPARE(got, QByteArray("abc|||수온|"));
         QCOMPARE(s.GetString().text, QStringLiteral("x"));
-    }
-
-    void totalRemain_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("rest");
-        QTest::newRow("after one field") << "a,b,c" << QStringLiteral("b,c");
-        QTest::newRow("blanks skipped, line breaks kept")
-            << "a, \t b\r\nc" << QStringLiteral("b\r\nc");
-        QTest::newRow("nothing left") << "a," << QString();
-    }
-
-    void totalRemain()
-    {
-        QFETCH(QString, text);
-        QFETCH(QString, rest);
-        CommaBlockString s;
-        s.Set(CString(text));
-        s.Skip();
-        CString got("old");
-        s.GetStringTotalRemain(got);
-        QCOMPARE(got.text, rest);
-        QVERIFY(s.IsEOS());
-    }
-
-    void overrideChangesEveryGetter()
-    {
-        // A derived grammar that reads every field as "7".
-        struct Sevens : CommaBlockString
-        {
-            int GetString(CString &field) override
-            {
-                CommaBlockString::GetString(field);
-                field = "7";
-                return m_nPos;
-            }
-        } s;
-        s.Set(CString("a,b,c"));
-        QCOMPARE(s.GetInt(), 7);
-        QCOMPARE(s.GetDouble(), 7.0);
-        QCOMPARE(take(s, &S::GetHexDWORD, 0u), QStringLiteral("7"));
     }
 
     void spliter_data()
@@ -194,11 +146,10 @@ private slots:
                       const QStringList &items) {
             QTest::newRow(name) << QString(text) << QString(separator) << items;
         };
-        row("plain", "a,b,cd", ",", {"a", "b", "cd"});
+        row("two-character tail kept", "a,b,cd", ",", {"a", "b", "cd"});
         row("one-character tail dropped", "a,b,c", ",", {"a", "b"});
         row("trailing separator", "a,b,", ",", {"a", "b"});
         row("long separator advances one", "a::b", "::", {"a", ":b"});
-        row("no separator", "ab", ",", {"ab"});
         row("case-sensitive", "XaYAZ", "a", {"X", "YAZ"});
         row("empty text", "", ",", {});
         row("empty separator", "abc", "", {});

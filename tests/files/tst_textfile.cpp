@@ -28,6 +28,18 @@ QString nextLine(CTextFile &f)
     return QString::number(kind) + QLatin1Char(':') + f.GetRemainData().text;
 }
 
+/// The fields of every data line of a file, joined by '|'; comments and sections skipped.
+QStringList readFile(const QString &path)
+{
+    CTextFile f(path);
+    QStringList lines;
+    for (int kind; (kind = f.GetOneLine()) != 2;) {
+        if (kind == 0)
+            lines << readFields(f).join(QLatin1Char('|'));
+    }
+    return lines;
+}
+
 void writeFile(const QString &path, const QByteArray &bytes)
 {
     QFile file(path);
@@ -46,92 +58,72 @@ private slots:
     void initTestCase() { m_language = VantorStrings::Language; }
     void cleanup() { VantorStrings::Language = m_language; }
 
-    void lines_data()
+    void read_data()
     {
         QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<QStringList>("lines"); // "<kind>:<text>" up to and excluding the end
+        QTest::addColumn<QStringList>("lines"); // "<kind>:<fields joined by |>" up to the end
         QTest::addColumn<int>("lineCount");
-        QTest::addColumn<int>("columnCount");
+        QTest::addColumn<int>("columnCount"); // -1: not looked at
+        QTest::addColumn<char>("divide");
+        QTest::addColumn<int>("size"); // of the field buffer
         auto row = [](const char *name, const QByteArray &data, const QStringList &lines,
-                      int lineCount, int columnCount) {
-            QTest::newRow(name) << data << lines << lineCount << columnCount;
+                      int lineCount, int columnCount, char divide = ',', int size = 200) {
+            QTest::newRow(name) << data << lines << lineCount << columnCount << divide << size;
         };
         row("comments, sections, blank", ";comment\r\n[Section]\r\na,b,c\r\n\r\n",
-            {"1:", "1:", "0:a,b,c", "0:"}, 2, 3);
-        row("two line feeds end one line", "a\n\nb", {"0:a", "0:b"}, 2, 1);
-        row("three line feeds", "a\n\n\nb", {"0:a", "0:", "0:b"}, 3, 1);
+            {"1:", "1:", "0:a|b|c", "0:"}, 2, 3);
+        row("a pair of line feeds is one end", "a\n\n\nb", {"0:a", "0:", "0:b"}, 3, 1);
         row("blank first line", "\n;c\nx\n", {"0:", "1:", "0:x"}, 2, 1);
         row("no final line end", "x\r\nlast", {"0:x", "0:last"}, 2, 1);
         row("comment at the very end", "x\n;tail", {"0:x"}, 1, 1);
         row("NUL ends the text", QByteArray("a\0b\nc", 5), {"0:a"}, 1, 1);
         row("over-long line cut", QByteArray(25000, 'x') + "\nnext",
-            {"0:" + QString(19999, QLatin1Char('x')), "0:next"}, 2, 1);
+            {"0:" + QString(19999, QLatin1Char('x')), "0:next"}, 2, 1, ',', 30000);
         row("empty", "", {}, 0, 0);
+        row("back-quote escapes, empty field", "`x,,`^,a``b", {"0:,x||^|a`b"}, 1, 4);
+        row("caret is LF, two are CR LF", "a^b^^c", {"0:a\nb\r\nc"}, 1, 1);
+        row("spreadsheet text cell; other equals signs stay", "=\"0123\",a=b,c=", {"0:0123|a=b|c="},
+            1, 3);
+        row("quotes read as spaces", "\"q\",r\"s", {"0:q|r s"}, 1, 2);
+        row("trimmed, blanks after last delimiter", "  lead,\ttrail  ,  ", {"0:lead|trail"}, 1, -1);
+        row("space divide, runs are one", "a   b  c", {"0:a|b|c"}, 1, -1, ' ');
+        row("over-long field cut", "abcdef,g", {"0:abc|g"}, 1, 2, ',', 4);
     }
 
-    void lines()
+    void read()
     {
         QFETCH(QByteArray, data);
         QFETCH(QStringList, lines);
         QFETCH(int, lineCount);
         QFETCH(int, columnCount);
-        CTextFile f;
-        f.Set(data.data(), data.size());
-        QCOMPARE(f.GetLineCount(), lineCount);
-        QCOMPARE(f.GetColumnCount(), columnCount);
-        QCOMPARE(f.GetPos(true), 0); // counting rewinds to the top
-        QStringList got;
-        for (QString line; !(line = nextLine(f)).startsWith('2') && got.size() <= lines.size();)
-            got << line;
-        QCOMPARE(got, lines);
-        QCOMPARE(f.GetOneLine(), 2);
-    }
-
-    void fields_data()
-    {
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<QStringList>("fields");
-        QTest::addColumn<char>("divide");
-        QTest::addColumn<int>("size");
-        QTest::addColumn<int>("count"); // for SetOneLine; -1: the whole line
-        auto row = [](const char *name, const QByteArray &line, const QStringList &fields,
-                      char divide = ',', int size = 200, int count = -1) {
-            QTest::newRow(name) << line << fields << divide << size << count;
-        };
-        row("empty field", "a,,b", {"a", "", "b"});
-        row("back-quote escapes", "`x,`^,a``b", {",x", "^", "a`b"});
-        row("caret is LF", "a^b", {"a\nb"});
-        row("two carets are CR LF", "a^^b", {"a\r\nb"});
-        row("spreadsheet text cell", "=\"0123\",x", {"0123", "x"});
-        row("other equals signs stay", "a=b,c=", {"a=b", "c="});
-        row("quotes read as spaces", "\"q\",r\"s", {"q", "r s"});
-        row("trimmed", "  lead,\ttrail  ", {"lead", "trail"});
-        row("blanks after last delimiter", "a,  ", {"a"});
-        row("space divide, runs are one", "a   b  c", {"a", "b", "c"}, ' ');
-        row("semicolon divide", "1,5;2", {"1,5", "2"}, ';');
-        row("over-long field cut", "abcdef,g", {"abc", "g"}, ',', 4);
-        // SetOneLine's count includes the terminator and is clamped to the text and the buffer.
-        row("count cuts the line", "abc", {"ab"}, ',', 200, 3);
-        row("count beyond the text", "abc", {"abc"}, ',', 200, 100000);
-        row("zero count", "abc", {}, ',', 200, 0);
-        row("negative count", "abc", {}, ',', 200, -5);
-        row("count beyond the line buffer", QByteArray(30000, 'y'),
-            {QString(19999, QLatin1Char('y'))}, ',', 30000, 30001);
-    }
-
-    void fields()
-    {
-        QFETCH(QByteArray, line);
-        QFETCH(QStringList, fields);
         QFETCH(char, divide);
         QFETCH(int, size);
-        QFETCH(int, count);
         CTextFile f;
         f.SetDivideChar(divide);
-        f.SetOneLine(CString("old,line"), 9);
-        f.Skip(); // a new line starts at its first field
-        f.SetOneLine(CString(line.constData()), count == -1 ? line.size() + 1 : count);
-        QCOMPARE(readFields(f, size), fields);
+        f.Set(data.data(), data.size());
+        QCOMPARE(f.GetLineCount(), lineCount);
+        if (columnCount >= 0)
+            QCOMPARE(f.GetColumnCount(), columnCount);
+        QCOMPARE(f.GetPos(true), 0); // counting rewinds to the top
+        QStringList got;
+        for (int kind; (kind = f.GetOneLine()) != 2 && got.size() <= lines.size();)
+            got << QString::number(kind) + QLatin1Char(':') + readFields(f, size).join('|');
+        QCOMPARE(got, lines);
+    }
+
+    void setOneLineCount()
+    {
+        // The count includes the terminator and is clamped to the text and to the line buffer;
+        // each new line starts at its first field.
+        CTextFile f;
+        QStringList got;
+        for (const int count : {3, 100000, 0, -5}) {
+            f.SetOneLine(CString("abc"), count);
+            got << readFields(f).join('|');
+        }
+        f.SetOneLine(CString(QByteArray(30000, 'y').constData()), 30001);
+        QCOMPARE(got << readFields(f, 30000).join('|'),
+                 QStringList({"ab", "abc", "", "", QString(19999, QLatin1Char('y'))}));
     }
 
     void numbers()
@@ -156,23 +148,15 @@ private slots:
                               "1968", "0", "9"})); // int sees 8 digits
     }
 
-    void columnCountOfText_data()
-    {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<int>("columns");
-        QTest::newRow("empty") << QByteArray("") << 1;
-        QTest::newRow("korean") << QByteArray("가,나,다") << 3;
-        QTest::newRow("ends inside a character") << QByteArray("a,\xEA\xB0") << 2;
-        QTest::newRow("lead byte last") << QByteArray("a,b,\xEA") << 3;
-    }
-
     void columnCountOfText()
     {
-        QFETCH(QByteArray, text);
-        QFETCH(int, columns);
-        // An exact-size heap copy, so that a read past the terminator is caught under ASan.
-        QScopedArrayPointer<char> exact(qstrdup(text.constData()));
-        QCOMPARE(CTextFile().GetColumnCount(exact.get()), columns);
+        QVector<int> got;
+        for (const char *text : {"", "가,나,다", "a,\xEA\xB0", "a,b,\xEA"}) {
+            // An exact-size heap copy, so that a read past the terminator is caught under ASan.
+            QScopedArrayPointer<char> exact(qstrdup(text));
+            got << CTextFile().GetColumnCount(exact.get());
+        }
+        QCOMPARE(got, QVector<int>({1, 3, 2, 3})); // the last two end inside a character
     }
 
     void makeString_data()
@@ -181,15 +165,12 @@ private slots:
         QTest::addColumn<int>("size");
         QTest::addColumn<bool>("escape");
         QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("escaped") << QByteArray("a,b\r\nc") << 20 << true << QByteArray("a`b^^c");
+        QTest::newRow("escaped, trailing spaces cut, ` and ^ left alone")
+            << QByteArray("x`^,b\r\nc  ") << 20 << true << QByteArray("x`^`b^^c");
         QTest::newRow("not escaped") << QByteArray("a,b\nc") << 20 << false << QByteArray("a,b\nc");
-        QTest::newRow("trailing spaces cut")
-            << QByteArray("ab   ") << 20 << true << QByteArray("ab");
         QTest::newRow("cut at size - 1") << QByteArray("abcdef") << 4 << true << QByteArray("abc");
         QTest::newRow("character cut whole") << QByteArray("a수") << 4 << true << QByteArray("a");
         QTest::newRow("character fits") << QByteArray("a수") << 5 << true << QByteArray("a수");
-        QTest::newRow("escape chars left alone")
-            << QByteArray("x`^") << 20 << true << QByteArray("x`^");
     }
 
     void makeString()
@@ -212,7 +193,6 @@ private slots:
         const QStringList cells {"plain",     "a,b,c", "two\r\nlines",
                                  "one\nline", "0123",  QString::fromUtf8("수온, 12.5℃"),
                                  QString(),   "last"};
-        QCOMPARE(CTextFile::MakeString(CString("a,b")).text, QStringLiteral("=\"a`b\""));
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("table.csv"));
         {
@@ -227,11 +207,7 @@ private slots:
         CTextFile f(path);
         QCOMPARE(f.GetLineCount(), 2);
         QCOMPARE(f.GetColumnCount(), cells.size());
-        for (int row = 0; row < 2; ++row) {
-            while (f.GetOneLine() == 1) { }
-            QCOMPARE(readFields(f), cells);
-        }
-        QCOMPARE(f.GetOneLine(), 2);
+        QCOMPARE(readFile(path), QStringList({cells.join('|'), cells.join('|')}));
     }
 
     void decodesByLanguage_data()
@@ -252,28 +228,19 @@ private slots:
         QFETCH(QString, text);
         // iconv, not Qt, produces the file's bytes.
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("encoded.csv"));
-        QProcess iconv;
-        iconv.setStandardOutputFile(path);
-        iconv.start(QStringLiteral("iconv"), {"-f", "UTF-8", "-t", encoding});
-        if (!iconv.waitForStarted())
+        const QString utf8 = dir.filePath(QStringLiteral("utf8.csv")),
+                      path = dir.filePath(QStringLiteral("encoded.csv"));
+        writeFile(utf8, text.toUtf8());
+        const int exitCode = QProcess::execute(QStringLiteral("iconv"),
+                                               {"-f", "UTF-8", "-t", encoding, "-o", path, utf8});
+        if (exitCode == -2)
             QSKIP("iconv is not installed");
-        iconv.write(text.toUtf8());
-        iconv.closeWriteChannel();
-        QVERIFY(iconv.waitForFinished());
-        QCOMPARE(iconv.exitCode(), 0);
-
-        auto read = [&path](const char *language) {
-            VantorStrings::Language = language;
-            CTextFile f(path);
-            QStringList lines;
-            while (f.GetOneLine() == 0)
-                lines << readFields(f).join(QLatin1Char(','));
-            return lines;
-        };
-        const QStringList expected = text.split(QLatin1Char('\n'));
-        QCOMPARE(read(language.constData()), expected);
-        QVERIFY(read("English").value(0) != expected.first());
+        QCOMPARE(exitCode, 0);
+        VantorStrings::Language = language.constData();
+        const QStringList expected = text.replace(QLatin1Char(','), QLatin1Char('|')).split('\n');
+        QCOMPARE(readFile(path), expected);
+        VantorStrings::Language = "English";
+        QVERIFY(readFile(path).value(0) != expected.first());
     }
 
     void openFileKeepsState()
@@ -282,12 +249,13 @@ private slots:
         const QString path = dir.filePath(QStringLiteral("t.txt"));
         writeFile(path, "one\ntwo\nthree\n");
         CTextFile f;
-        QCOMPARE(f.OpenFile(path), 1);
-        QCOMPARE(nextLine(f), QStringLiteral("0:one"));
-        QCOMPARE(f.OpenFile(dir.filePath(QStringLiteral("missing.txt"))), 0);
-        QCOMPARE(nextLine(f), QStringLiteral("0:two")); // the old text, from where it was
-        QCOMPARE(f.OpenFile(path), 1);
-        QCOMPARE(nextLine(f), QStringLiteral("0:three")); // deliberately keeps the old position
+        auto open = [&f](const QString &name) {
+            const int opened = f.OpenFile(name);
+            return QString::number(opened) + QLatin1Char(' ') + nextLine(f);
+        };
+        QCOMPARE(open(path), QStringLiteral("1 0:one"));
+        QCOMPARE(open(dir.filePath("missing.txt")), QStringLiteral("0 0:two")); // old text kept
+        QCOMPARE(open(path), QStringLiteral("1 0:three")); // deliberately keeps the old position
         f.Reset();
         QCOMPARE(nextLine(f), QStringLiteral("0:one"));
         f.DeleteTextFile();

@@ -7,11 +7,20 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <array>
+#include <tuple>
 #include <vector>
 
 static const auto now = [] { return QDateTime::currentMSecsSinceEpoch(); };
+static char zeros[16]; // an empty record
 // QCOMPARE on char pointers compares the strings; this compares the addresses.
 static const auto addr = [](const char *p) -> const void * { return p; };
+using Ring = std::tuple<int, int, QString, QList<int>>;
+using Job = std::array<int, 5>;
+using Lookup = std::array<int, 7>;
+Q_DECLARE_METATYPE(Ring)
+Q_DECLARE_METATYPE(Job)
+Q_DECLARE_METATYPE(Lookup)
 
 // The block read at the byte offsets other processes rely on, not through the queue's structs.
 struct Raw
@@ -34,332 +43,254 @@ class tst_CommonQueue : public QObject
 {
     Q_OBJECT
 
+    QTemporaryDir m_tmp;
+    QByteArray m_key = "vantor-tst-queue";
+
 private slots:
     void initTestCase() { QVERIFY(IpcTest::useOwnTempDir(m_tmp)); }
     void cleanup() { IpcTest::removeSegment(QString::fromLatin1(m_key)); }
 
-    void ring_data();
-    void ring();
-    void jobCycle_data();
-    void jobCycle();
-    void lookup_data();
-    void lookup();
-    void trimming_data();
-    void trimming();
-    void badGeometry_data();
-    void badGeometry();
-    void eightThreadsLoseNothing();
-    void acrossProcesses_data();
-    void acrossProcesses();
+    void ring_data()
+    {
+        // Data size, slots; A adds the next record, G takes one; records taken by G, then by
+        // draining.
+        QTest::addColumn<Ring>("ring");
+        QTest::newRow("odd size, no padding") << Ring {13, 7, "AAAAAA", {0, 1, 2, 3, 4, 5}};
+        QTest::newRow("N adds read as empty") << Ring {16, 4, "AAAA", {}};
+        QTest::newRow("N+1 log-sized adds overwrite the oldest") << Ring {2048, 4, "AAAAA", {4}};
+        QTest::newRow("1-byte records wrap round") << Ring {1, 3, "AAGGAA", {0, 1, 2, 3}};
+    }
 
-private:
-    QTemporaryDir m_tmp;
-    QByteArray m_key = "vantor-tst-queue";
-};
-
-void tst_CommonQueue::ring_data()
-{
-    QTest::addColumn<int>("size");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QString>("script");   // A adds the next record, G takes one
-    QTest::addColumn<QList<int>>("taken"); // by G, then by draining
-    QTest::newRow("1-byte records") << 1 << 3 << "AA" << QList<int> {0, 1};
-    QTest::newRow("odd size, no padding") << 13 << 7 << "AAAAAA" << QList<int> {0, 1, 2, 3, 4, 5};
-    QTest::newRow("64-byte records") << 64 << 5 << "AAAA" << QList<int> {0, 1, 2, 3};
-    QTest::newRow("log-sized records") << 2048 << 4 << "AAA" << QList<int> {0, 1, 2};
-    QTest::newRow("N adds read as empty") << 16 << 4 << "AAAA" << QList<int> {};
-    QTest::newRow("N+1 adds overwrite the oldest") << 16 << 4 << "AAAAA" << QList<int> {4};
-    QTest::newRow("wraps round") << 16 << 3 << "AAGGAA" << QList<int> {0, 1, 2, 3};
-}
-
-void tst_CommonQueue::ring()
-{
-    QFETCH(int, size);
-    QFETCH(int, count);
-    QFETCH(QString, script);
-    QFETCH(QList<int>, taken);
-    CCommonQueue q(size, "", 0, count, 1);
-    const Raw r {q, size};
-    QCOMPARE(q.GetMem(q.GetQueue()), r.b() + 8);
-    QList<QByteArray> added;
-    QList<int> got;
-    auto take = [&]() {
-        int pos = -1;
-        const char *d = q.Get(-1, 0, 0, &pos);
-        if (d) // which record came back, found by its bytes; -2 when not read in place
-            got << (addr(d) == r.data(pos) ? added.indexOf(QByteArray(d, size)) : -2);
-        return d != nullptr;
-    };
-    for (QChar c : script) {
-        if (c == QLatin1Char('G')) {
-            take();
-            continue;
+    void ring()
+    {
+        QFETCH(Ring, ring);
+        const auto &[size, count, script, taken] = ring;
+        CCommonQueue q(size, "", 0, count, 1);
+        const Raw r {q, size};
+        QCOMPARE(q.GetMem(q.GetQueue()), r.b() + 8);
+        QList<QByteArray> added;
+        QList<int> got;
+        // The script, the count it leaves (C), then draining.
+        for (QChar c : script + QLatin1Char('C') + QString(count, QLatin1Char('G'))) {
+            QByteArray record(size, char('a' + added.size()));
+            const int slot = added.size() % count;
+            int pos = -1, pos2 = -1;
+            if (c == QLatin1Char('C')) {
+                QCOMPARE(q.GetCount(), taken.size() - got.size());
+            } else if (c == QLatin1Char('G')) {
+                // Which record came back, found by its bytes; -2 when not read in place.
+                if (const char *d = q.Get(-1, 0, 0, &pos))
+                    got << (addr(d) == r.data(pos) ? added.indexOf(QByteArray(d, size)) : -2);
+            } else {
+                QVERIFY(q.Add(record.data(), &pos, 1000, 1, &pos2));
+                QCOMPARE(QList<int>({pos, pos2, r.end(), r.status(slot)}),
+                         QList<int>({slot, slot, (slot + 1) % count, 1}));
+                QCOMPARE(QByteArray(r.b() + r.slot(slot) + 12, size), record);
+                added << record;
+            }
         }
-        QByteArray record(size, '\0');
-        QueueRecord::fill(record.data(), size, 1, added.size());
-        const int slot = added.size() % count;
-        int pos = -1, pos2 = -1;
-        QVERIFY(q.Add(record.data(), &pos, 1000, 1, &pos2));
-        QCOMPARE(pos, slot);
-        QCOMPARE(pos2, slot);
-        QCOMPARE(r.end(), (slot + 1) % count);
-        QCOMPARE(r.status(slot), 1);
-        QCOMPARE(QByteArray(r.b() + r.slot(slot) + 12, size), record);
-        added << record;
+        if (added.size() < count)
+            QCOMPARE(r.status(count - 1), 0); // nothing written past the data size
+        QCOMPARE(got, taken);
     }
-    if (added.size() < count)
-        QCOMPARE(r.status(count - 1), 0); // nothing written past the data size
-    QCOMPARE(q.GetCount(), taken.size() - got.size());
-    while (take()) { }
-    QCOMPARE(got, taken);
-}
 
-void tst_CommonQueue::jobCycle_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<int>("timeOut");
-    QTest::addColumn<int>("retry");
-    QTest::addColumn<int>("retriesLeft"); // after Add; each time-out spends one, in mode 2 none
-    QTest::addColumn<int>("timeOutField");
-    QTest::newRow("retry 0 keeps none") << 1 << 500 << 0 << 0 << 500;
-    QTest::newRow("retry 1: no second chance") << 1 << 500 << 1 << 0 << 500;
-    QTest::newRow("retry 3: two re-arms") << 1 << 500 << 3 << 2 << 500;
-    QTest::newRow("retry 300 kept to 8 bits") << 1 << 500 << 300 << 43 << 500;
-    QTest::newRow("mode 5 behaves as 1") << 5 << 500 << 3 << 2 << 500;
-    QTest::newRow("70000 ms kept to 16 bits") << 1 << 70000 << 2 << 1 << 4464;
-    QTest::newRow("time-out 0 re-arms for 1 ms") << 1 << 0 << 3 << 2 << 0;
-    QTest::newRow("mode 2 keeps 1, re-arms without end") << 2 << 500 << 0 << 1 << 500;
-}
+    void jobCycle_data()
+    {
+        // Mode, time-out, retry; after Add: retries left (each time-out spends one, in mode 2
+        // none) and the time-out field.
+        QTest::addColumn<Job>("job");
+        QTest::newRow("retry 0 keeps none") << Job {1, 500, 0, 0, 500};
+        QTest::newRow("retry 300 kept to 8 bits") << Job {1, 500, 300, 43, 500};
+        QTest::newRow("mode 5 as 1, retry 3: two re-arms") << Job {5, 500, 3, 2, 500};
+        QTest::newRow("70000 ms kept to 16 bits") << Job {1, 70000, 2, 1, 4464};
+        QTest::newRow("time-out 0 re-arms for 1 ms") << Job {1, 0, 3, 2, 0};
+        QTest::newRow("mode 2 keeps 1, re-arms without end") << Job {2, 500, 0, 1, 500};
+    }
 
-// The cycle of a job table: hand out, mark sent, let the answer time out, hand out again.
-void tst_CommonQueue::jobCycle()
-{
-    QFETCH(int, mode);
-    QFETCH(int, timeOut);
-    QFETCH(int, retry);
-    QFETCH(int, retriesLeft);
-    QFETCH(int, timeOutField);
-    CCommonQueue q(8, "", mode, 4, 1);
-    char data[8] = {};
-    const qint64 added = now();
-    QVERIFY(q.Add(data, nullptr, timeOut, retry, nullptr));
-    const Raw r {q, 8};
-    QCOMPARE(r.status(0), 1);
-    QCOMPARE(r.retries(0), retriesLeft);
-    QCOMPARE(r.timeOut(0), timeOutField);
-    // The first expiry takes the whole time-out, not its 16 bits.
-    QVERIFY(r.expiry(0) >= added + timeOut && r.expiry(0) <= now() + timeOut);
-    const int rounds = mode == 2 ? 6 : retriesLeft + 1, delay = timeOutField ? timeOutField : 1;
-    for (int round = 0; round < rounds; ++round) {
-        if (timeOut < 100)
+    // The cycle of a job table: hand out, mark sent, let the answer time out, hand out again.
+    void jobCycle()
+    {
+        QFETCH(Job, job);
+        const auto [mode, timeOut, retry, retriesLeft, timeOutField] = job;
+        CCommonQueue q(8, "", mode, 4, 1);
+        const qint64 added = now();
+        QVERIFY(q.Add(zeros, nullptr, timeOut, retry, nullptr));
+        const Raw r {q, 8};
+        QCOMPARE(QList<int>({r.status(0), r.retries(0), r.timeOut(0)}),
+                 QList<int>({1, retriesLeft, timeOutField}));
+        // The first expiry takes the whole time-out, not its 16 bits.
+        QVERIFY(r.expiry(0) >= added + timeOut && r.expiry(0) <= now() + timeOut);
+        const int rounds = mode == 2 ? 6 : retriesLeft + 1, delay = timeOutField ? timeOutField : 1;
+        for (int round = 0; round < rounds; ++round) {
             r.expire(0, 60000); // a 1-ms re-arm must not run out before it is handed out
-        QCOMPARE(addr(q.Get(-1, 1, 0, nullptr)), r.data(0));
-        QVERIFY(q.SetStatus(0, 2, 1));
-        if (timeOut > 100)
+            QCOMPARE(addr(q.Get(-1, 1, 0, nullptr)), r.data(0));
+            QVERIFY(q.SetStatus(0, 2, 1));
             QVERIFY(!q.Get(-1, 1, 0, nullptr)); // still waiting: nothing is ready
-        r.expire(0);
-        const qint64 before = now();
-        // Spent retries: the record is freed, not handed out again.
-        const bool spent = mode != 2 && round == rounds - 1;
-        QCOMPARE(addr(q.Get(-1, 1, 0, nullptr)), spent ? nullptr : r.data(0));
-        QCOMPARE(r.status(0), spent ? 0 : 1);
-        QCOMPARE(r.retries(0), mode == 2 ? 1 : std::max(retriesLeft - round - 1, 0));
-        QVERIFY(spent || (r.expiry(0) >= before + delay && r.expiry(0) <= now() + delay));
-        QCOMPARE(r.start(), 0); // a found record stays where it is
+            r.expire(0);
+            const qint64 before = now();
+            // Spent retries: the record is freed, not handed out again. A found record stays
+            // where it is.
+            const bool spent = mode != 2 && round == rounds - 1;
+            QCOMPARE(addr(q.Get(-1, 1, 0, nullptr)), spent ? nullptr : r.data(0));
+            QCOMPARE(QList<int>({r.status(0), r.retries(0), r.start()}),
+                     QList<int>(
+                         {spent ? 0 : 1, mode == 2 ? 1 : std::max(retriesLeft - round - 1, 0), 0}));
+            QVERIFY(spent || (r.expiry(0) >= before + delay && r.expiry(0) <= now() + delay));
+        }
     }
-}
 
-void tst_CommonQueue::lookup_data()
-{
-    QTest::addColumn<int>("pos");
-    QTest::addColumn<int>("absolute");
-    QTest::addColumn<int>("wanted");
-    QTest::addColumn<int>("found"); // slot Get returns, -1: none
-    QTest::addColumn<int>("at");    // slot GetStatus and SetStatus reach, -1: refused
-    QTest::addColumn<int>("status1After");
-    // StartPos 1, EndPos 5, 6 slots. Slot 0: status 1. Slot 1: status 2, expired, 1 retry left.
-    // Slot 2: status 3, expired, no retries left. Slot 3: status 3. Slot 4: status 1.
-    QTest::newRow("search for 3 re-arms nothing") << -1 << 0 << 3 << 3 << 0 << 2;
-    QTest::newRow("search for 1 re-arms") << -1 << 0 << 1 << 1 << 0 << 1;
-    QTest::newRow("negative position refused, search re-arms") << -1 << 1 << 4 << -1 << -1 << 1;
-    QTest::newRow("own status is found, not re-armed") << 0 << 0 << 2 << 1 << 1 << 2;
-    QTest::newRow("relative to StartPos, wrapped once") << 9 << 0 << 1 << 4 << 4 << 2;
-    QTest::newRow("relative, twice the count") << 12 << 0 << 1 << -1 << -1 << 2;
-    QTest::newRow("absolute count wraps to 0") << 6 << 1 << 1 << 0 << 0 << 2;
-}
+    void lookup_data()
+    {
+        // Position, absolute, status wanted; slot Get returns (-1: none); slot GetStatus and
+        // SetStatus reach (-1: refused); statuses of slots 1 and 2 after.
+        QTest::addColumn<Lookup>("lookup");
+        // StartPos 1, EndPos 5, 6 slots. Slot 0: status 1. Slot 1: status 2, expired, 1 retry
+        // left. Slot 2: status 3, expired, no retries left. Slot 3: status 3. Slot 4: status 1.
+        // A search frees slot 2 on the way: its retries are spent.
+        QTest::newRow("search for 3 re-arms nothing") << Lookup {-1, 0, 3, 3, 0, 2, 0};
+        QTest::newRow("search for 1 re-arms; absolute -1 refused")
+            << Lookup {-1, 1, 1, 1, -1, 1, 3};
+        QTest::newRow("own status is found, not re-armed") << Lookup {0, 0, 2, 1, 1, 2, 3};
+        QTest::newRow("relative to StartPos, wrapped once") << Lookup {9, 0, 1, 4, 4, 2, 3};
+        QTest::newRow("relative, twice the count") << Lookup {12, 0, 1, -1, -1, 2, 3};
+        QTest::newRow("absolute count wraps to 0") << Lookup {6, 1, 1, 0, 0, 2, 3};
+    }
 
-void tst_CommonQueue::lookup()
-{
-    QFETCH(int, pos);
-    QFETCH(int, absolute);
-    QFETCH(int, wanted);
-    QFETCH(int, found);
-    QFETCH(int, at);
-    QFETCH(int, status1After);
-    CCommonQueue q(8, "", 1, 6, 1);
-    char data[8] = {};
-    const int retries[] = {1, 2, 1, 1, 1}, statuses[] = {1, 2, 3, 3, 1};
-    for (int i = 0; i < 5; ++i)
-        QVERIFY(q.Add(data, nullptr, 10000, retries[i], nullptr) && q.SetStatus(i, statuses[i], 1));
-    QVERIFY(q.Delete(1));
-    const Raw r {q, 8};
-    r.expire(1);
-    r.expire(2);
-    int status = -1, got = -1;
-    QCOMPARE(q.GetStatus(pos, status, absolute), at >= 0 ? TRUE : FALSE);
-    QCOMPARE(status, at >= 0 ? statuses[at] : -1);
-    QCOMPARE(addr(q.Get(pos, wanted, absolute, &got)), found < 0 ? nullptr : r.data(found));
-    QCOMPARE(got, found);
-    QCOMPARE(r.status(1), status1After);
-    if (pos < 0 && found != 1)
-        QCOMPARE(r.status(2), 0); // passed on the way with no retries left: freed
-    QCOMPARE(q.SetStatus(pos, 0x1FE, absolute), at >= 0 ? TRUE : FALSE);
-    if (at >= 0)
-        QCOMPARE(r.status(at), 0xFE);
-    const QByteArray bytes(r.b() + 8, 6 * 20);
-    QVERIFY(found % 2 ? q.DeleteAll() : q.Delete(-1));
-    QCOMPARE(r.start(), 0);
-    QCOMPARE(r.end(), 0);
-    QCOMPARE(QByteArray(r.b() + 8, 6 * 20), bytes); // emptying keeps every record byte
-}
+    void lookup()
+    {
+        QFETCH(Lookup, lookup);
+        const auto [pos, absolute, wanted, found, at, status1After, status2After] = lookup;
+        CCommonQueue q(8, "", 1, 6, 1);
+        const int retries[] = {1, 2, 1, 1, 1}, statuses[] = {1, 2, 3, 3, 1};
+        for (int i = 0; i < 5; ++i)
+            QVERIFY(q.Add(zeros, nullptr, 10000, retries[i], nullptr) &&
+                    q.SetStatus(i, statuses[i], 1));
+        QVERIFY(q.Delete(1));
+        const Raw r {q, 8};
+        r.expire(1);
+        r.expire(2);
+        int status = -1, got = -1;
+        QCOMPARE(q.GetStatus(pos, status, absolute) ? status : -1, at >= 0 ? statuses[at] : -1);
+        QCOMPARE(addr(q.Get(pos, wanted, absolute, &got)), found < 0 ? nullptr : r.data(found));
+        QCOMPARE(QList<int>({got, r.status(1), r.status(2)}),
+                 QList<int>({found, status1After, status2After}));
+        QCOMPARE(q.SetStatus(pos, 0x1FE, absolute) ? r.status(at) : -1, at >= 0 ? 0xFE : -1);
+        const QByteArray bytes(r.b() + 8, 6 * 20);
+        QVERIFY(found % 2 ? q.DeleteAll() : q.Delete(-1));
+        QCOMPARE(QList<int>({r.start(), r.end()}), QList<int>({0, 0}));
+        QCOMPARE(QByteArray(r.b() + 8, 6 * 20), bytes); // emptying keeps every record byte
+    }
 
-void tst_CommonQueue::trimming_data()
-{
-    QTest::addColumn<QList<int>>("statuses"); // of the records before the call
-    QTest::addColumn<int>("freed");           // absolute slot then set to 0
-    QTest::addColumn<QString>("positions");   // as PrintMemPos logs them after
-    QTest::newRow("past following free records")
-        << QList<int> {2, 0, 0, 2, 1} << 0 << "StartPos = 3, EndPos = 5";
-    QTest::newRow("a busy first record holds back")
-        << QList<int> {2, 2, 0, 0, 1} << 1 << "StartPos = 0, EndPos = 5";
-    QTest::newRow("stops at EndPos") << QList<int> {2, 0, 0, 0} << 0 << "StartPos = 4, EndPos = 4";
-}
+    void trimming_data()
+    {
+        QTest::addColumn<QList<int>>("statuses"); // set from the last record to the first
+        QTest::addColumn<QString>("positions");   // as PrintMemPos logs them after
+        QTest::newRow("past free records, not a busy one")
+            << QList<int> {0, 0, 0, 2, 1} << "StartPos = 3, EndPos = 5";
+        QTest::newRow("a busy first record holds back")
+            << QList<int> {2, 0, 0, 0, 1} << "StartPos = 0, EndPos = 5";
+        QTest::newRow("stops at EndPos") << QList<int> {0, 0, 0, 0} << "StartPos = 4, EndPos = 4";
+    }
 
-void tst_CommonQueue::trimming()
-{
-    QFETCH(QList<int>, statuses);
-    QFETCH(int, freed);
-    QFETCH(QString, positions);
-    CCommonQueue q(8, "", 1, 8, 1);
-    char data[8] = {};
-    for (int i = 0; i < statuses.size(); ++i) // the busy first record holds them all
-        QVERIFY(q.Add(data, nullptr, 10000, 1, nullptr) && q.SetStatus(i, statuses[i], 1));
-    QVERIFY(q.SetStatus(freed, 0, 1));
-    static QStringList printed;
-    printed.clear();
-    SetPrintMessageFunction([](CString text) { printed << text.text; });
-    q.PrintMemPos();
-    SetPrintMessageFunction(nullptr);
-    QCOMPARE(printed, QStringList {positions + QLatin1String("\r\n")});
-}
+    void trimming()
+    {
+        QFETCH(QList<int>, statuses);
+        QFETCH(QString, positions);
+        CCommonQueue q(8, "", 1, 8, 1);
+        for (int i = 0; i < statuses.size(); ++i)
+            QVERIFY(q.Add(zeros, nullptr, 10000, 1, nullptr));
+        for (int i = statuses.size() - 1; i >= 0; --i)
+            QVERIFY(q.SetStatus(i, statuses[i], 1));
+        static QStringList printed;
+        printed.clear();
+        SetPrintMessageFunction([](CString text) { printed << text.text; });
+        q.PrintMemPos();
+        SetPrintMessageFunction(nullptr);
+        QCOMPARE(printed, QStringList {positions + QLatin1String("\r\n")});
+    }
 
-void tst_CommonQueue::badGeometry_data()
-{
-    QTest::addColumn<int>("size");
-    QTest::addColumn<int>("count");
-    QTest::newRow("no slots") << 8 << 0;
-    QTest::newRow("negative data size") << -20 << 4;
-    QTest::newRow("beyond 2 GiB") << 1 << 0x7fffffff;
-}
+    // Sizes no block can have, and a smaller segment under the same key: refused, not overrun.
+    void badGeometry()
+    {
+        const int geometries[][2] = {{8, 0}, {-20, 4}, {1, 0x7fffffff}};
+        for (const auto &[size, count] : geometries) {
+            CCommonQueue q(size, "", 1, count, 1);
+            QVERIFY2(!q.Add(zeros, nullptr, 1000, 1, nullptr) && !q.Get(-1, 1, 0, nullptr),
+                     qPrintable(QString::number(count)));
+        }
+        QSharedMemory other(QString::fromLatin1(m_key));
+        QVERIFY(other.create(64));
+        CCommonQueue named(64, m_key.constData(), 0, 10, 1);
+        QCOMPARE(named.Add(zeros, nullptr, 1000, 1, nullptr), FALSE);
+    }
 
-void tst_CommonQueue::badGeometry()
-{
-    QFETCH(int, size);
-    QFETCH(int, count);
-    CCommonQueue q(size, "", 1, count, 1);
-    char data[16] = {};
-    QCOMPARE(q.Add(data, nullptr, 1000, 1, nullptr), FALSE);
-    QVERIFY(!q.Get(-1, 1, 0, nullptr));
-    // A segment of a smaller queue under the same key is not written past its end.
-    QSharedMemory other(QString::fromLatin1(m_key));
-    QVERIFY(other.create(64));
-    CCommonQueue named(64, m_key.constData(), 0, 10, 1);
-    QCOMPARE(named.Add(data, nullptr, 1000, 1, nullptr), FALSE);
-}
+    void stream_data()
+    {
+        QTest::addColumn<QString>("adders"); // threads of this process, or what the peer does
+        QTest::addColumn<int>("size");
+        // The message log's use: one private locked ring, many threads adding, one taking.
+        QTest::newRow("8 threads, private ring") << "threads" << 2048;
+        // 64 slots: the ring wraps many times.
+        QTest::newRow("peer adds 64-byte records") << "add" << 64;
+        QTest::newRow("peer takes 2048-byte records") << "take" << 2048;
+    }
 
-// The message log's use: one private locked ring, many threads adding, one taking.
-void tst_CommonQueue::eightThreadsLoseNothing()
-{
-    const int threads = 8, perThread = 5000, size = 2048, count = 10000;
-    CCommonQueue q(size, "", 0, count, 1);
-    std::vector<std::unique_ptr<QThread>> adders;
-    for (int t = 0; t < threads; ++t) {
-        adders.emplace_back(QThread::create([&q, t]() {
-            std::vector<char> record(size);
-            for (int i = 0; i < perThread; ++i) {
-                while (q.GetCount() >= count - 4 * threads) // a full ring overwrites
+    // The peer calls Init() as well: a second process's Init() must leave a live queue alone.
+    void stream()
+    {
+        QFETCH(QString, adders);
+        QFETCH(int, size);
+        const bool local = adders == "threads", peerAdds = adders == "add";
+        const int sources = local ? 8 : 1, n = local ? 5000 : 3000, count = local ? 10000 : 64;
+        CCommonQueue q(size, local ? "" : m_key.constData(), 0, count, 1);
+        QVERIFY(q.Init());
+        QCOMPARE(q.size(), local ? 0 : count * (size + 12) + 8);
+        // Records [from, to) of one source, leaving the taker room: a full ring overwrites.
+        const auto add = [&q, size, count](int source, int from, int to) {
+            std::vector<char> record(size_t(size), 0);
+            for (QDeadlineTimer limit(60000); from < to; ++from) {
+                while (q.GetCount() >= count - 32 && !limit.hasExpired())
                     QThread::yieldCurrentThread();
-                QueueRecord::fill(record.data(), size, t, i);
+                QueueRecord::fill(record.data(), size, source, from);
                 q.Add(record.data(), nullptr, 10000, 1, nullptr);
             }
-        }));
-        adders.back()->start();
-    }
-    std::vector<int> next(threads, 0);
-    int total = 0, bad = 0;
-    for (bool more = true; more; QThread::yieldCurrentThread()) {
-        more = std::any_of(adders.begin(), adders.end(), [](auto &t) { return !t->isFinished(); });
-        for (const char *d; (d = q.Get(-1, 0, 0, nullptr)); ++total) {
-            std::int32_t src, seq;
-            bad += !QueueRecord::check(d, size, src, seq) || src < 0 || src >= threads ||
-                seq != next[size_t(src)]++;
+        };
+        if (!local && !peerAdds)
+            add(2, 0, 3); // before the peer's Init()
+        QStringList args {adders, QString::fromLatin1(m_key), QString::number(size),
+                          QString::number(count), QString::number(n)};
+        const auto peer = local ? nullptr : IpcTest::startPeer(peerAdds ? args << "wait" : args);
+        if (peer)
+            QCOMPARE(IpcTest::readLine(*peer), QByteArray("READY"));
+        if (peerAdds) { // while this process holds the segment lock, the peer's Add must not get in
+            QVERIFY(q.lock());
+            peer->write("go\n");
+            QVERIFY(peer->waitForBytesWritten(10000));
+            QThread::msleep(500);
+            QCOMPARE((Raw {q, size}.end()), 0);
+            QVERIFY(q.unlock());
         }
-    }
-    QCOMPARE(bad, 0);
-    QCOMPARE(total, threads * perThread);
-}
-
-void tst_CommonQueue::acrossProcesses_data()
-{
-    QTest::addColumn<QString>("peerDoes");
-    QTest::addColumn<int>("size");
-    // 64 slots: the ring wraps many times.
-    QTest::newRow("peer adds 64-byte records") << "add" << 64;
-    QTest::newRow("peer takes 2048-byte records") << "take" << 2048;
-}
-
-// The peer calls Init() as well: a second process's Init() must leave a live queue alone.
-void tst_CommonQueue::acrossProcesses()
-{
-    QFETCH(QString, peerDoes);
-    QFETCH(int, size);
-    const int count = 64, n = 3000;
-    const bool peerAdds = peerDoes == QLatin1String("add");
-    CCommonQueue q(size, m_key.constData(), 0, count, 1);
-    QVERIFY(q.Init());
-    QCOMPARE(q.size(), count * (size + 12) + 8);
-    std::vector<char> record(static_cast<size_t>(size));
-    int i = 0;
-    auto add = [&]() {
-        QueueRecord::fill(record.data(), size, 2, i++);
-        return q.Add(record.data(), nullptr, 10000, 1, nullptr);
-    };
-    while (!peerAdds && i < 3) // before the peer's Init()
-        QVERIFY(add());
-    QStringList args {peerDoes, QString::fromLatin1(m_key), QString::number(size),
-                      QString::number(count), QString::number(n)};
-    auto peer = IpcTest::startPeer(peerAdds ? args << QStringLiteral("wait") : args);
-    QCOMPARE(IpcTest::readLine(*peer), QByteArray("READY"));
-    if (peerAdds) { // while this process holds the segment lock, the peer's Add must not get in
-        QVERIFY(q.lock());
-        peer->write("go\n");
-        QVERIFY(peer->waitForBytesWritten(10000));
-        QThread::msleep(500);
-        QCOMPARE((Raw {q, size}.end()), 0);
-        QVERIFY(q.unlock());
-    }
-    for (QDeadlineTimer limit(60000); i < n && !limit.hasExpired(); QThread::yieldCurrentThread()) {
-        while (!peerAdds && i < n && q.GetCount() < count - 8)
-            QVERIFY(add());
-        for (const char *d; peerAdds && (d = q.Get(-1, 0, 0, nullptr)); ++i) {
-            std::int32_t src, seq;
-            QVERIFY(QueueRecord::check(d, size, src, seq));
-            QCOMPARE(seq, i);
+        std::vector<std::unique_ptr<QThread>> threads;
+        for (int t = 0; !peerAdds && t < sources; ++t)
+            threads.emplace_back(QThread::create(add, local ? t : 2, local ? 0 : 3, n))->start();
+        std::vector<int> next(8, 0);
+        int total = 0, bad = 0, expected = peerAdds || local ? sources * n : 0;
+        for (QDeadlineTimer t(60000); total < expected && !t.hasExpired();
+             QThread::yieldCurrentThread())
+            for (const char *d; (d = q.Get(-1, 0, 0, nullptr)); ++total) {
+                std::int32_t src, seq;
+                bad += !QueueRecord::check(d, size, src, seq) || src < 0 || src >= 8 ||
+                    seq != next[size_t(src)]++;
+            }
+        for (auto &t : threads)
+            QVERIFY(t->wait(120000)); // past the adders' own 60 s
+        if (peer) {
+            QCOMPARE(IpcTest::finish(*peer), QByteArray("DONE 3000"));
+            QCOMPARE(peer->exitCode(), 0);
         }
+        QCOMPARE(QList<int>({bad, total, q.GetCount()}), QList<int>({0, expected, 0}));
     }
-    QCOMPARE(IpcTest::finish(*peer), QByteArray("DONE 3000"));
-    QCOMPARE(peer->exitCode(), 0);
-}
+};
 
 QTEST_GUILESS_MAIN(tst_CommonQueue)
 #include "tst_commonqueue.moc"

@@ -2,12 +2,17 @@
 // environment) into files of the test's temporary folder.
 #include "ExecuteApp.h"
 
-#include <QPointer>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <cerrno>
 #include <csignal>
+#include <tuple>
+
+// Program, mode, arguments, visibility, environment; the message logged (%1: the program, %2:
+// the current folder); what report.sh saw: its folder (under the temporary one), arguments and
+// VANTOR_ variables.
+using Launch = std::tuple<QString, int, QStringList, int, QString, QString, QStringList>;
+Q_DECLARE_METATYPE(Launch)
 
 class tst_ExecuteApp : public QObject
 {
@@ -17,19 +22,11 @@ class tst_ExecuteApp : public QObject
     qint64 m_child = 0; // started here and not yet seen gone
 
     QString path(const QString &relative) const { return m_dir.filePath(relative); }
-    // What the last report.sh saw: its working directory, arguments and VANTOR_ variables.
     QStringList seen() const
     {
-        QFile file(path(QStringLiteral("seen")));
+        QFile file(path("seen"));
         return file.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(file.readAll()).split('\n')
                                               : QStringList();
-    }
-    void writeScript(const char *name, const QByteArray &body, bool executable = true)
-    {
-        QFile file(path(QStringLiteral("work1/") + QLatin1String(name)));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("#!/bin/sh\n" + body));
-        if (executable)
-            file.setPermissions(file.permissions() | QFileDevice::ExeOwner);
     }
 
 private slots:
@@ -38,79 +35,60 @@ private slots:
         QVERIFY(m_dir.isValid());
         for (const char *folder : {"work", "work1", "sh"})
             QVERIFY(QDir(m_dir.path()).mkdir(QLatin1String(folder)));
-        writeScript("report.sh",
-                    "{ pwd -P; for a in \"$@\"; do echo \"$a\"; done; env | grep ^VANTOR_ | "
-                    "LC_ALL=C sort; } > '" +
-                        QFile::encodeName(path(QStringLiteral("seen"))) + "'\n");
-        writeScript("sleeper.sh", "exec sleep 300\n");
-        writeScript("plain.sh", "exit 0\n", false);
+        // Given "sleep" alone, it then stays until killed.
+        QFile file(path("work1/report.sh"));
+        QVERIFY(file.open(QIODevice::WriteOnly) &&
+                file.write("#!/bin/sh\n{ pwd -P; for a in \"$@\"; do echo \"$a\"; done; env | grep "
+                           "^VANTOR_ | LC_ALL=C sort; } > '" +
+                           QFile::encodeName(path("seen")) +
+                           "'\n[ \"$*\" != sleep ] || exec sleep 300\n"));
+        QVERIFY(file.setPermissions(file.permissions() | QFileDevice::ExeOwner));
         qputenv("VANTOR_SYS", "system");
         QVERIFY(QDir::setCurrent(m_dir.path())); // where bare names are looked for
     }
 
-    void init() { QFile::remove(path(QStringLiteral("seen"))); }
+    void init() { QFile::remove(path("seen")); }
 
     void cleanup()
     {
         delete ExecuteApp::m_pExecuteApp;
         ExecuteApp::m_pExecuteApp = nullptr;
-        if (m_child)
-            ::kill(pid_t(m_child), SIGKILL);
-        m_child = 0;
+        if (const qint64 child = std::exchange(m_child, 0))
+            ::kill(pid_t(child), SIGKILL);
     }
 
     void launch_data()
     {
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("visible");
-        QTest::addColumn<QString>("environment");
-        QTest::addColumn<QString>("message");  // %1: the program, %2: the current folder
-        QTest::addColumn<QStringList>("seen"); // the folder first, under the temporary one
-        using L = QStringList;
-        const QString report = QStringLiteral("work1/report.sh"), sys = "VANTOR_SYS=system", no;
+        QTest::addColumn<Launch>("launch");
+        const auto row = [](const char *name, const Launch &l) { QTest::newRow(name) << l; };
+        const QString report = "work1/report.sh", sys = "VANTOR_SYS=system", no;
         // The character before the last slash is dropped: work1/report.sh runs in work.
-        QTest::newRow("doubled slash")
-            << "work1//report.sh" << 0 << L() << 0 << no << no << L {"work", sys};
-        QTest::newRow("tripled slash folds once")
-            << "work1///report.sh" << 0 << L() << 0 << no << no << L {"work1", sys};
-        QTest::newRow("hide") << report << 0 << L {"a b", "c"} << 1 << no << no
-                              << L {"work", "a b", "c", "false", sys};
-        QTest::newRow("show alone")
-            << report << 0 << L() << 2 << no << no << L {"work", "true", sys};
+        row("doubled slash, hide",
+            {"work1//report.sh", 0, {"a b", "c"}, 1, no, no, {"work", "a b", "c", "false", sys}});
+        row("tripled slash folds once", {"work1///report.sh", 0, {}, 0, no, no, {"work1", sys}});
+        row("show alone", {report, 0, {}, 2, no, no, {"work", "true", sys}});
         // Appended after the system's entries, so the extra value wins.
-        QTest::newRow("environment")
-            << report << 0 << L() << 0 << "VANTOR_SYS=extra;VANTOR_A=1"
-            << "set environment2" << L {"work", "VANTOR_A=1", "VANTOR_SYS=extra"};
+        const QString extra = "VANTOR_SYS=extra;VANTOR_A=1";
+        const QStringList extraSeen {"work", "VANTOR_A=1", "VANTOR_SYS=extra"};
+        row("environment", {report, 0, {}, 0, extra, "set environment2", extraSeen});
         // Found through PATH, no file check, and the whole name is the working directory.
-        QTest::newRow("bare name, mode 2")
-            << "sh" << 2 << L {path(report)} << 0 << no << no << L {"sh", sys};
+        row("bare name, mode 2", {"sh", 2, {path(report)}, 0, no, no, {"sh", sys}});
         // Refused: the second path joins the current folder and the program, cleaned.
-        const QString missing = QStringLiteral("%1 and %2%1 file not exist.");
-        QTest::newRow("missing") << "work1/none.sh" << 0 << L() << 0 << no << missing << L();
-        QTest::newRow("missing bare name")
-            << "none" << 1 << L() << 0 << no << "none and %2/none file not exist." << L();
+        row("missing", {"work1/none.sh", 0, {}, 0, no, "%1 and %2%1 file not exist.", {}});
+        row("missing bare name", {"none", 1, {}, 0, no, "none and %2/none file not exist.", {}});
         // Mode 2 does not look for the file; the failed start comes through processError.
-        const QString failed = QStringLiteral("Process error: FailedToStart");
-        QTest::newRow("missing, mode 2") << "work1/none.sh" << 2 << L() << 0 << no << failed << L();
-        QTest::newRow("not executable") << "work1/plain.sh" << 0 << L() << 0 << no << failed << L();
-        QTest::newRow("empty command line") << no << 2 << L() << 0 << no << failed << L();
+        const QString failed = "Process error: FailedToStart";
+        row("missing, mode 2", {"work1/none.sh", 2, {}, 0, no, failed, {}});
+        row("empty command line", {no, 2, {}, 0, no, failed, {}});
     }
 
     void launch()
     {
-        QFETCH(QString, program);
-        QFETCH(int, mode);
-        QFETCH(QStringList, arguments);
-        QFETCH(int, visible);
-        QFETCH(QString, environment);
-        QFETCH(QString, message);
-        QFETCH(QStringList, seen);
-        if (program.contains(QLatin1Char('/')))
+        QFETCH(Launch, launch);
+        auto [program, mode, arguments, visible, environment, message, seen] = launch;
+        if (program.contains('/'))
             program = path(program);
-        message.replace(QLatin1String("%1"), program)
-            .replace(QLatin1String("%2"), QDir::currentPath());
+        message.replace("%1", program).replace("%2", QDir::currentPath());
         if (!message.isEmpty())
             QTest::ignoreMessage(QtDebugMsg, qPrintable(message));
         ExecuteApp app(program, arguments, environment, mode, false);
@@ -132,24 +110,24 @@ private slots:
     void replacingEndsFirstChild()
     {
         QFETCH(bool, classWide);
-        ExecuteApp *owned = nullptr;
-        ExecuteApp *&current = classWide ? ExecuteApp::m_pExecuteApp : owned;
-        auto execute = [&](const char *script) {
-            const QString program = path(QLatin1String(script));
-            return classWide ? ExecuteApp::Execute(program, {}, QString(), 0, false)
-                             : ExecuteApp::Execute(&owned, program, {}, QString(), 0, false);
+        ExecuteApp *owned = nullptr, *&current = classWide ? ExecuteApp::m_pExecuteApp : owned;
+        auto execute = [&](const QStringList &arguments) {
+            const QString program = path("work1/report.sh");
+            return classWide ? ExecuteApp::Execute(program, arguments, QString(), 0, false)
+                             : ExecuteApp::Execute(&owned, program, arguments, QString(), 0, false);
         };
-        QVERIFY(execute("work1/sleeper.sh"));
+        QVERIFY(execute({"sleep"}));
         QPointer<ExecuteApp> first = current;
         QVERIFY(first->m_pProcess->waitForStarted(5000));
         const pid_t pid = pid_t(m_child = first->m_pProcess->processId());
-        QVERIFY(execute("work1/report.sh"));
+        QVERIFY(execute({}));
         QVERIFY(first.isNull());
         // Ended and reaped with its launcher: the PID no longer names a process.
         QCOMPARE(::kill(pid, 0) == -1 ? errno : 0, ESRCH);
         m_child = 0;
         QVERIFY(current->m_pProcess->waitForFinished(10000));
-        QCOMPARE(seen().value(0), QFileInfo(path(QStringLiteral("work"))).canonicalFilePath());
+        const QString work = QFileInfo(path("work")).canonicalFilePath();
+        QCOMPARE(seen(), QStringList({work, "VANTOR_SYS=system", ""})); // not the first one's
         delete owned;
     }
 };
