@@ -233,27 +233,18 @@ int CTimeEx::RemakeTime(TimeStruct *ts)
     int second = ts->second;
 
     // One carry per field, from the seconds up; each step sees what the previous one left.
-    if (second < 0) {
-        second += 60;
-        minute -= 1;
-    } else if (second > 59) {
-        second -= 60;
-        minute += 1;
-    }
-    if (minute < 0) {
-        minute += 60;
-        hour -= 1;
-    } else if (minute >= 60) {
-        minute -= 60;
-        hour += 1;
-    }
-    if (hour < 0) {
-        hour += 24;
-        day -= 1;
-    } else if (hour >= 24) {
-        hour -= 24;
-        day += 1;
-    }
+    const auto carry = [](int &value, int unit, int &next) {
+        if (value < 0) {
+            value += unit;
+            next -= 1;
+        } else if (value >= unit) {
+            value -= unit;
+            next += 1;
+        }
+    };
+    carry(second, 60, minute);
+    carry(minute, 60, hour);
+    carry(hour, 24, day);
     carryMonth(year, month);
     if (day < 1) {
         month -= 1;
