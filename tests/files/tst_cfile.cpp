@@ -72,17 +72,13 @@ private slots:
         QTest::addColumn<int>("written");
         QTest::addColumn<QByteArray>("hex");
         row("char", value(char(-1), 1), 1, "ff");
-        row("unsigned char", value((unsigned char)0xFE, 1), 1, "fe");
         row("bool", value(true, 1), 1, "01");
         row("short", value(short(-2), 2), 2, "feff");
-        row("unsigned short", value((unsigned short)0xBEEF, 2), 2, "efbe");
         row("int", value(-3, 4), 4, "fdffffff");
-        row("unsigned int", value(0xDEADBEEFu, 4), 4, "efbeadde");
         row("long is 4 bytes", value(-4L, 4), 4, "fcffffff");
         row("unsigned long is 4 bytes", value(0x12345678UL, 4), 4, "78563412");
         row("float", value(1.5f, 4), 4, "0000c03f");
         row("long long", value(-5LL, 8), 8, "fbffffffffffffff");
-        row("unsigned long long", value(0x0102030405060708ULL, 8), 8, "0807060504030201");
         row("double", value(2.5, 8), 8, "0000000000000440");
         row("rect", value(CRect(1, 2, 3, 4), 16), 16, "01000000020000000300000004000000");
         row("empty string", string("", 0), 0, "00000000");
@@ -92,14 +88,6 @@ private slots:
             [](CFile &f) { return f.Write(CString("abcdef"), 3) + f.Write(CString("xy"), 4); },
             nullptr};
         row("fixed width cuts and pads", fixed, 7, "61626378790000");
-        const Record header {[](CFile &f) {
-                                 FILEHEADER h;
-                                 std::memset(&h, 0xAA, sizeof h);
-                                 InitFileHeader(&h);
-                                 return f.Write(&h, sizeof h);
-                             },
-                             nullptr};
-        row("file header", header, 16, "312e3000000000000000000000000000");
         // Corrupt counts: only what the file holds is read, and nothing huge is allocated.
         row("huge length, 20-byte file", string("0123456789abcdef", 0x7FFFFFF0, true), 20,
             "f0ffff7f30313233343536373839616263646566");

@@ -192,14 +192,11 @@ private slots:
         for (std::thread &w : workers)
             w.join();
         QTRY_COMPARE_WITH_TIMEOUT(contentOf(file).count('\n'), 8000, 30000);
-        QByteArray perThread[8], expected[8];
-        for (const QByteArray &line : contentOf(file).split('\n'))
-            if (!line.isEmpty())
-                perThread[qBound(0, line[0] - 'a', 7)] += line + '\n';
-        for (int t = 0; t < 8; ++t) {
-            for (int i = 0; i < 1000; ++i)
-                expected[t] += lineOf(t, i);
-            QCOMPARE(perThread[t], expected[t]);
+        int next[8] = {}; // with the count above, every line of every thread once and in order
+        for (const QByteArray &line : contentOf(file).split('\n')) {
+            const int t = line.isEmpty() ? -1 : qBound(0, line[0] - 'a', 7);
+            if (t >= 0)
+                QCOMPARE(line + '\n', lineOf(t, next[t]++));
         }
     }
 };

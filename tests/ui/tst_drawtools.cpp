@@ -100,9 +100,6 @@ private slots:
                                              << "....... .rrrrr. .rgggr. .rgggr. .rrrrr. .......";
         QTest::newRow("hatch 5 leaves inside") << DRAW(t.DrawRect(p, 1, 1, 5, 4, 0xFF, 0xFF00, 5))
                                                << "....... .rrrrr. .r...r. .r...r. .rrrrr. .......";
-        QTest::newRow("hatch 5, equal colours: nothing")
-            << DRAW(t.DrawRect(p, 1, 1, 5, 4, 0xFF00, 0xFF00, 5))
-            << "....... ....... ....... ....... ....... .......";
         QTest::newRow("xor on background") << DRAW(t.DrawRectXor(p, CRect(1, 1, 5, 4)))
                                            << "....... .XXXXX. .X...X. .X...X. .XXXXX. .......";
         QTest::newRow("line, both ends")
@@ -148,12 +145,8 @@ private slots:
         const QRect box(QPoint(3, 4), QPoint(25, 20)), tri(QPoint(4, 6), QPoint(24, 20));
         const QString edges = QStringLiteral("3,12r 25,12r 14,4r 14,20r "); // each side reached
         // An ellipse's outline does not reach the corners of its rectangle.
-        QTest::newRow("ellipse") << DRAW(t.DrawEllipse(p, 3, 4, 25, 20, 0xFF)) << box
-                                 << edges + "14,12. 3,4.";
         QTest::newRow("filled ellipse") << DRAW(t.DrawEllipse(p, CRect(3, 4, 25, 20), 0xFF, 0xFF00))
                                         << box << edges + "14,12g 3,4.";
-        QTest::newRow("round rect")
-            << DRAW(t.DrawRoundRect(p, 3, 4, 25, 20, 0xFF)) << box << edges + "14,12.";
         // A star in one stroke encloses its centre twice: odd-even leaves it empty, winding
         // would fill it.
         QTest::newRow("star")
@@ -184,7 +177,6 @@ private slots:
         const QRect band(0, 9, 32, 3);
         const QString thick = QStringLiteral("2,9r 2,10r 2,11r");
         QTest::newRow("line") << THICK(t.DrawLine(p, 2, 10, 20, 10, 0xFF)) << band << thick;
-        QTest::newRow("dashed") << THICK(t.DrawLine(p, 2, 10, 20, 10, 0xFF, 2)) << band << thick;
         QTest::newRow("polyline") << THICK(t.DrawPolyline(p, across, 2, 0xFF, 1)) << band << thick;
         QTest::newRow("dotted polyline")
             << THICK(t.DrawPolyline(p, across, 2, 0xFF, 3)) << QRect(0, 10, 32, 1) << "2,10r";
@@ -208,13 +200,9 @@ private slots:
 
     void widgetForms()
     {
-        static QStringList messages;
-        const QtMessageHandler previous = qInstallMessageHandler(
-            [](QtMsgType, const QMessageLogContext &, const QString &text) { messages << text; });
         Canvas canvas;
         canvas.resize(40, 30);
-        CDrawTools &tools = canvas.tools;
-        tools.SetLineThick(2);
+        canvas.tools.SetLineThick(2);
         const auto grab = [&](int xors, bool hold) {
             canvas.xors = xors;
             canvas.holdPainter = hold;
@@ -227,13 +215,7 @@ private slots:
         QCOMPARE(once.pixel(20, 15), before.pixel(20, 15));
         QCOMPARE(grab(1, true), once);
         QCOMPARE(grab(2, true), before);
-
-        // Outside a paint event: no painter, no warning.
-        tools.DrawRect(&canvas, 0, 0, 10, 10, 0xFF, 0xFF);
-        tools.DrawLine(&canvas, 0, 0, 10, 10, 0xFF);
-        tools.DrawRectXor(static_cast<QWidget *>(nullptr), 0, 0, 10, 10);
-        qInstallMessageHandler(previous);
-        QCOMPARE(messages, QStringList());
+        canvas.tools.DrawRectXor(static_cast<QWidget *>(nullptr), 0, 0, 10, 10); // no crash
     }
 };
 

@@ -5,11 +5,9 @@
 
 #include <QDialog>
 #include <QLabel>
-#include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QStyle>
-#include <QTemporaryDir>
 #include <QtTest>
 
 static void setCachedScreen(int width, int height)
@@ -49,6 +47,7 @@ private slots:
 
         // ModifyPos and ModifyFontSize scale by screen width / 800, truncating. ModifyPos pulls a
         // window that would cross the right or bottom edge back to 10 pixels inside it.
+        // Both directions use the width factor: 900 / 600 would give 1.5, not 2.
         QTest::newRow("doubled") << false << S(1600, 900) << R(100, 50, 200, 100)
                                  << R(200, 100, 400, 200) << 20;
         QTest::newRow("touching the edges stays")
@@ -57,9 +56,6 @@ private slots:
             << false << S(800, 600) << R(601, 501, 200, 100) << R(590, 490, 200, 100) << 10;
         QTest::newRow("truncated, 1024")
             << false << S(1024, 768) << R(101, 33, 99, 51) << R(129, 42, 126, 65) << 12;
-        // Both directions use the width factor: 1280 / 800 = 1.6, though 720 / 600 would be 1.2.
-        QTest::newRow("height scales by width")
-            << false << S(1280, 720) << R(0, 100, 100, 100) << R(0, 160, 160, 160) << 16;
         QTest::newRow("centre, halves truncated")
             << true << S(800, 600) << R(0, 0, 691, 191) << R(54, 204, 691, 191) << 10;
         QTest::newRow("centre, larger than the screen")
@@ -120,15 +116,6 @@ private slots:
         QCOMPARE(int(w.windowFlags()) & mask, after);
     }
 
-    void setButtonColor()
-    {
-        QPushButton button;
-        WidgetTool::SetButtonColor(&button, 0xAB336699u); // 0x00BBGGRR, the top byte ignored
-        QVERIFY(button.isFlat() && button.autoFillBackground());
-        for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
-            QCOMPARE(button.palette().color(group, QPalette::Button), QColor(0x99, 0x66, 0x33));
-    }
-
     void fixSizeAndHideHelp()
     {
         const QRect centred =
@@ -137,7 +124,6 @@ private slots:
         for (const bool resizable : {false, true}) { // a resizable one that fits is not wrapped
             const int before = QApplication::topLevelWidgets().size();
             QDialog dialog;
-            QVERIFY(dialog.windowFlags() & Qt::WindowContextHelpButtonHint);
             dialog.resize(300, 200);
             WidgetTool::FixSizeAndHideHelp(&dialog, resizable);
             QCOMPARE(dialog.minimumSize(), QSize(300, 200));
@@ -152,57 +138,20 @@ private slots:
     {
         const QRect screen = QGuiApplication::primaryScreen()->geometry();
         QPointer<QDialog> big = new QDialog;
-        big->setWindowTitle(QStringLiteral("Recipe editor"));
         const QSize size(screen.width() + 200, screen.height() + 100);
         big->resize(size);
-
         WidgetTool::FixSizeAndHideHelp(big, true);
         QPointer<DialogEx> wrapper = qobject_cast<DialogEx *>(big->window());
-        QVERIFY(wrapper);
+        QVERIFY(wrapper && wrapper->isVisible());
         QCOMPARE(wrapper->m_pChildWindow.data(), big.data());
-        QVERIFY(wrapper->isVisible());
-        QCOMPARE(wrapper->windowTitle(), QStringLiteral("Recipe editor"));
-        QVERIFY(!(wrapper->windowFlags() & Qt::WindowContextHelpButtonHint));
         QCOMPARE(wrapper->size(), QSize(screen.width(), screen.height() - 24));
         auto *area = wrapper->findChild<QScrollArea *>();
-        QVERIFY(area);
-        QCOMPARE(area->widget(), big.data());
-        QCOMPARE(area->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOn);
-        QCOMPARE(area->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOn);
+        QVERIFY(area && area->widget() == big.data());
         QCOMPARE(big->minimumSize(), size);
-
         // Closing the wrapper takes the wrapped dialog with it, and the wrapper goes too.
         wrapper->close();
         QVERIFY(big.isNull());
         QTRY_VERIFY(wrapper.isNull());
-    }
-
-    void scaledImage_data()
-    {
-        QTest::addColumn<QSize>("image");
-        QTest::addColumn<QSize>("expected"); // in a 100 x 100 label
-
-        QTest::newRow("wide image") << QSize(200, 100) << QSize(100, 50);
-        QTest::newRow("tall image") << QSize(100, 400) << QSize(25, 100);
-    }
-
-    void scaledImage()
-    {
-        QFETCH(QSize, image);
-        QFETCH(QSize, expected);
-        QPixmap pixmap(image);
-        pixmap.fill(Qt::darkCyan);
-        QTemporaryDir dir;
-        QVERIFY(pixmap.save(dir.filePath(QStringLiteral("image.png"))));
-        QLabel label;
-        label.resize(100, 100);
-        FitScreen::SetScaledImage(&label, &pixmap);
-        QCOMPARE(label.pixmap(Qt::ReturnByValue).size(), expected);
-        label.clear();
-        for (const char *name : {"image.png", "missing.png"}) { // a missing file changes nothing
-            FitScreen::SetScaledImage(&label, dir.filePath(QLatin1String(name)));
-            QCOMPARE(label.pixmap(Qt::ReturnByValue).size(), expected);
-        }
     }
 };
 
