@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // CRC-16/MODBUS throughput: the library's table form against its bitwise form and Boost's
 // table-driven crc_optimal, on 256-byte frames and 1 MiB buffers.
 #include <CCrc.h>

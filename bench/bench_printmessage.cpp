@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // PrintMessage on the log path: format one line and copy its 2,048-byte record into the ring,
 // from one and from four threads at once. No writer runs, so the ring stays full and every call
 // also drops the oldest record, the steady state of a busy log.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // CCommonQueue throughput in records per second with 64-byte and 2,048-byte records:
 // - TwoProcesses: this process adds to a shared, locked ring of 4,096 slots while a second
 //   process (queue_taker) takes; an iteration is a batch of 10,000 records, timed until the

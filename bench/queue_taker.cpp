@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The taking side of bench_queue: opens the queue by key, says READY, takes records until one
 // whose first four bytes hold -1, and prints how many it took before that.
 #include "CCommonQueue.h"

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Configures and builds the library (and its tests) in build/ with Ninja. Extra arguments go to
 # the CMake configure step, e.g. -DVANTOR_SANITIZE=address,undefined.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Quick start (1): installs what is missing, builds and installs the library into a staging
 # prefix, builds the example application against that installed package and runs it.
 # Arguments are passed to the example (e.g. --gui when a display is present).

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Quick start (2): installs what is missing, builds the library and its tests, and runs every
 # test with CTest (no display needed).
 set -euo pipefail

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // A section of the example tour. Each demo_<topic>.cpp registers one with a static

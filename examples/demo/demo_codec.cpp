@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Conversions, checksums and the encoder: a Modbus frame's CRC, hex text both ways, and a
 // scrambled setting.
 #include "Demo.h"

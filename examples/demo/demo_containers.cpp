@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Arrays and maps: thin value classes with the class-library member names.
 #include "Demo.h"
 

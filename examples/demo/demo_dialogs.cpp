@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dialogs: the large-type message and question boxes and the single waiting window.
 #include "Demo.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drawing: raised and sunken boxes, triangles and filled shapes painted with CDrawTools into a
 // PNG, and a pen and a brush kept as records in a memory file.
 #include "Demo.h"

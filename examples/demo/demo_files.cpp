@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files: a day's readings as CSV in the day's dated folder, read back field by field, and a
 // small XML settings file.
 #include "Demo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Module services and the message log: the application name, a message handed to the
 // application's own function, and a log file filled by the library's writer thread.
 #include "Demo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Processes: a child started by the launcher with one extra environment entry, reporting what
 // it saw.
 #include "Demo.h"

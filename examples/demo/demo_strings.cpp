@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // CString: Unicode inside, UTF-8 at every 8-bit boundary, and the comma-text escape.
 #include "Demo.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Time records and calendars: SYSTEMTIME, FILETIME (milliseconds since 1970 UTC), QDateTime,
 // the log-line stamp, the week of the month and the lunar calendar.
 #include "Demo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vantor-demo: a tour of the library, one section a subsystem. It needs no display unless
 // started with --gui.
 #include "Demo.h"

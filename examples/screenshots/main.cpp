@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // vantor-screenshots: shows the message dialog, the question dialog and the waiting window one
 // after another, waits until each has painted on screen, and saves each as a PNG file.
 // Usage: vantor-screenshots OUTPUT_DIR   (needs a display; scripts/screenshots.sh uses Xvfb)

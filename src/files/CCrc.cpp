@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CCrc.h"
 
 #include "Hexa.h"

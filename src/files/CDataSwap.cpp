@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CDataSwap.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CEncoder.h"
 
 #include <QCryptographicHash>

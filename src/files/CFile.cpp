@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CFile.h"
 
 #include <QtEndian>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CFileEx.h"
 
 #include "AfxMessageBox.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CTextFile.h"
 
 #include "CommaBlockString_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CXmlNode.h"
 
 #include "CXmlEx.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CommaBlockString.h"
 
 #include "CommaBlockString_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The C number conversions that the text readers use, made independent of the process's C

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Hexa.h"
 
 #include <cstdint>

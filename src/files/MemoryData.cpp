@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "MemoryData.h"
 
 #include "Hexa.h"

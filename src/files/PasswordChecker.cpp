@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PasswordChecker.h"
 
 int PasswordChecker::IsValid(CString password)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "StringSpliter.h"
 
 QStringList StringSpliter::Execute(QString text, QString separator)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "TextStreamEx.h"
 
 #include "VantorStrings.h"

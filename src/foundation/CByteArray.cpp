@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CByteArray.h"
 
 #include "VantorContainers_p.h"

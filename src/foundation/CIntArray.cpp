@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CIntArray.h"
 
 #include "VantorContainers_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CMapIntToOb.h"
 
 #include "VantorContainers_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CMapStringToOb.h"
 
 #include "VantorContainers_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CMapStringToPtr.h"
 
 #include "VantorContainers_p.h"

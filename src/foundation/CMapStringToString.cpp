@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CMapStringToString.h"
 
 #include "VantorContainers_p.h"

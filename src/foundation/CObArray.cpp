@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CObArray.h"
 
 #include "VantorContainers_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CObList.h"
 
 CObList::CObList() = default;

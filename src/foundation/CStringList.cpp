@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CStringList.h"
 
 #include "VantorContainers_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CTimeEx.h"
 
 #include "SystemTime.h"

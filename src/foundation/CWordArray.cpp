@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CWordArray.h"
 
 #include "VantorContainers_p.h"

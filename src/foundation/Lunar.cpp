@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Lunar.h"
 
 #include "LunarTable_p.h"

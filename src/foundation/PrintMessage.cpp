@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PrintMessage.h"
 #include "PrintMessage_p.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Internal hooks of the message log, for the library's own tests. Not installed, not part of

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "VantorLogging_p.h"
 
 Q_LOGGING_CATEGORY(lcVantor, "vantor")

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "WinTypes.h"
 
 #ifndef _WIN32

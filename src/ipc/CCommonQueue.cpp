@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CCommonQueue.h"
 
 #include "PrintMessage.h"

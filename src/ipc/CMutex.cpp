@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CMutex.h"
 
 CMutex::CMutex(int bInitiallyOwn, char const *lpszName, _SECURITY_ATTRIBUTES *lpsaAttribute)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CSharedMem.h"
 
 #include <QSharedMemory>

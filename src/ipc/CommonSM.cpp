@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CommonSM.h"
 
 #include <algorithm>

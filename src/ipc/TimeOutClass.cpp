@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "TimeOutClass.h"
 
 #include <QDateTime>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Excel.h"
 
 #include "CFileEx.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ExecuteApp.h"
 
 #include "StringSpliter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "AfxMessageBox.h"
 
 #include "VantorStrings.h"

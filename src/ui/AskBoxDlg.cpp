@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "AskBoxDlg.h"
 #include "MessageBoxDlg_p.h"
 #include "ui_AskBoxDlg.h"

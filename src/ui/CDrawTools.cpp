@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CDrawTools.h"
 
 #include "CBrush.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CPen.h"
 
 #include "CDrawTools_p.h"

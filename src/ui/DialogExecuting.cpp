@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "DialogExecuting.h"
 #include "ui_DialogExecuting.h"
 

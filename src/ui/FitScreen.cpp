@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "FitScreen.h"
 
 #include <QGuiApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "LogBrush.h"
 
 #include "LogRecords_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "LogPen.h"
 
 #include "LogRecords_p.h"

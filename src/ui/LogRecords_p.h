@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Shared by the drawing-object records: LogPen and LogBrush have one file layout, and all

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "MessageBoxDlg.h"
 #include "MessageBoxDlg_p.h"
 #include "ui_MessageBoxDlg.h"

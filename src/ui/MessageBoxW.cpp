@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "MessageBoxW.h"
 
 #include "AskBoxDlg.h"

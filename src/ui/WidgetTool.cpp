@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "WidgetTool.h"
 
 #include "DialogEx.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // CommaBlockString and StringSpliter: the field grammar and the C-style conversions.
 #include "CommaBlockString.h"
 #include "StringSpliter.h"

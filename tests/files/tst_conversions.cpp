@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Hexa, Number, CDataSwap and MemoryData.
 #include <CDataSwap.h>
 #include <Hexa.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // CCrc: the CRCs against their published check values and an independent form, and the sums.
 #include <CCrc.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // CEncoder and PasswordChecker.
 #include <CEncoder.h>
 #include <PasswordChecker.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // CTextFile, TextStreamEx and CCheckFile.
 #include "CCheckFile.h"
 #include "CTextFile.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <CXmlEx.h>
 
 #include <QtTest>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs one message-log scenario in a process of its own, so that the test reads exactly what
 // reaches standard output, and what the library writes to the log file as it is unloaded.
 #include "PrintMessage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Asks SetLocalTimeEx to set the clock from inside an unprivileged user namespace, where the
 // real clock is out of reach. Exit code: 0 refused with EPERM, 10 accepted, 11 not inside a
 // user namespace (nothing tried), 12 refused with another errno, 13 an impossible date was

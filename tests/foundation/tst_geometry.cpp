@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <CRect.h>
 
 #include <QtTest>

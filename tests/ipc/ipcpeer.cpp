@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The second process of the IPC tests. Commands:
 //   add KEY SIZE COUNT N [wait]  Init(), then adds N records (source 2) to a ring, leaving the
 //                                taker room; with "wait", only after a line on standard input

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What the IPC tests share: their own temporary folder for System V keys, removal of segments

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The record that the queue tests and their peer exchange: source and sequence number lead it,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <RunGuard.h>
 
 #include "ipctest.h"

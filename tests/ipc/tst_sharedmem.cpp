@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <CMutex.h>
 #include <CSharedMem.h>
 #include <CommonSM.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <ThreadBase.h>
 #include <TimeOutClass.h>
 

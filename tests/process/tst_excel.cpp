@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The Office folders are relative paths on Linux: each case builds its tree under a temporary
 // current directory.
 #include "Excel.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Real child processes: a /bin/sh script that writes what it saw (working directory, arguments,
 // environment) into files of the test's temporary folder.
 #include "ExecuteApp.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Answers the modal dialogs that a blocking call runs: a timer polls for the active modal

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // DialogEx (Escape refused, attached window freed) and the single waiting window DialogExecuting.
 #include "DialogEx.h"
 #include "DialogExecuting.h"

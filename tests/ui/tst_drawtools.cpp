@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <CBrush.h>
 #include <CDrawTools.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // FitScreen's arithmetic on explicit screen sizes and WidgetTool's sizing, placing and flags.
 #include "DialogEx.h"
 #include "FitScreen.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // AfxMessageBox and MessageBoxW: result codes, unknown types, titles, texts, dialog looks.
 #include "ModalResponder.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A tiny application outside the tree, built against the installed package.
 #include <Vantor.h>
 
