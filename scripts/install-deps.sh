@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs the Debian 12 packages that building, testing and running the examples need.
 # Idempotent: only packages that are missing are installed. Needs root (or sudo).
 set -euo pipefail
@@ -6,7 +7,7 @@ set -euo pipefail
 packages=(
     cmake ninja-build g++ pkg-config ccache
     qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools libqt5serialport5-dev
-    zlib1g-dev libbenchmark-dev libboost-dev
+    libbenchmark-dev libboost-dev
     libxml2-utils xvfb xauth socat iproute2
 )
 
