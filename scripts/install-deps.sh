@@ -8,7 +8,12 @@ packages=(
     cmake ninja-build g++ pkg-config ccache
     qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools libqt5serialport5-dev
     libbenchmark-dev libboost-dev
-    libxml2-utils xvfb xauth socat iproute2
+    libxml2-utils xvfb xauth
+    # communication tests: serial pty pairs, namespaces, a real Modbus device
+    socat iproute2 python3-pymodbus python3-serial
+    # database: Qt drivers, real servers and ODBC drivers for the tests
+    libqt5sql5-psql libqt5sql5-mysql libqt5sql5-odbc libqt5sql5-sqlite
+    postgresql-15 mariadb-server mariadb-client unixodbc odbc-postgresql odbc-mariadb libsqliteodbc
 )
 
 missing=()
