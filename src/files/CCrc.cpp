@@ -46,12 +46,29 @@ constexpr ByteTable modbusByteTable(bool upper)
 
 constexpr ByteTable ModbusHigh = modbusByteTable(false);
 constexpr ByteTable ModbusLow = modbusByteTable(true);
-constexpr Table<16> ArcNibbles = reflectedTable<16>(0xA001, 4);
+// CRC-16/ARC four bytes at a time: Arc[k][i] is the register after byte i followed by k zero
+// bytes, so four table lookups replace four byte steps (the same sums as one byte at a time).
+struct SliceTables
+{
+    Table<256> t[4];
+};
+constexpr SliceTables arcSlices()
+{
+    SliceTables s {};
+    s.t[0] = reflectedTable<256>(0xA001, 8);
+    for (int k = 1; k < 4; ++k)
+        for (int i = 0; i < 256; ++i) {
+            const quint16 prev = s.t[k - 1].v[i];
+            s.t[k].v[i] = quint16((prev >> 8) ^ s.t[0].v[prev & 0xFF]);
+        }
+    return s;
+}
+constexpr SliceTables Arc = arcSlices();
 constexpr Table<256> Dnp = reflectedTable<256>(0xA6BC, 8); // 0x3D65 reflected
 
 static_assert(ModbusHigh.v[1] == 0xC1 && ModbusHigh.v[3] == 0x40, "MODBUS high table");
 static_assert(ModbusLow.v[1] == 0xC0 && ModbusLow.v[3] == 0x01, "MODBUS low table");
-static_assert(ArcNibbles.v[1] == 0xCC01 && ArcNibbles.v[15] == 0x4400, "nibble table");
+static_assert(Arc.t[0].v[1] == 0xC0C1 && Arc.t[0].v[255] == 0x4040, "ARC byte table");
 static_assert(Dnp.v[1] == 0x365E && Dnp.v[3] == 0x5AE2, "DNP table");
 
 bool empty(const unsigned char *buf, int len)
@@ -174,10 +191,14 @@ int CCrc::GetCrc16_5_2_1(unsigned char *buf, int len)
     if (empty(buf, len))
         return 0;
     quint16 reg = 0;
-    for (int i = 0; i < len; ++i) {
-        reg = (reg >> 4) ^ ArcNibbles.v[reg & 0xF] ^ ArcNibbles.v[buf[i] & 0xF];
-        reg = (reg >> 4) ^ ArcNibbles.v[reg & 0xF] ^ ArcNibbles.v[buf[i] >> 4];
+    int i = 0;
+    for (; i + 4 <= len; i += 4) {
+        const quint16 x = quint16(reg ^ (buf[i] | (buf[i + 1] << 8)));
+        reg = quint16(Arc.t[3].v[x & 0xFF] ^ Arc.t[2].v[x >> 8] ^ Arc.t[1].v[buf[i + 2]] ^
+                      Arc.t[0].v[buf[i + 3]]);
     }
+    for (; i < len; ++i)
+        reg = quint16((reg >> 8) ^ Arc.t[0].v[(reg ^ buf[i]) & 0xFF]);
     return reg;
 }
 

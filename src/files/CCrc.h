@@ -45,7 +45,7 @@ public:
      * −1 for a length below 1.
      */
     static int GetCrc16_15_2_1(unsigned char *buf, int len);
-    /// CRC-16/ARC, four bits at a time ("123456789" gives 0xBB3D); 0 for a length below 1.
+    /// CRC-16/ARC ("123456789" gives 0xBB3D); 0 for a length below 1.
     static int GetCrc16_5_2_1(unsigned char *buf, int len);
     /**
      * CRC-16/DNP. The final complement is taken over 32 bits, so the high 16 bits of the result
