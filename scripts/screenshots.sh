@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Builds vantor-screenshots and runs it on a virtual X display (Xvfb), writing PNG pictures of
-# the message dialog, the question dialog and the waiting window into docs/images/.
+# the message dialog, the question dialog, the waiting window and the database settings dialog
+# into docs/images/.
 # Needs xvfb and xauth (scripts/install-deps.sh installs them).
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// vantor-screenshots: shows the message dialog, the question dialog and the waiting window one
-// after another, waits until each has painted on screen, and saves each as a PNG file.
+// vantor-screenshots: shows the message dialog, the question dialog, the waiting window and the
+// database settings dialog one after another, waits until each has painted on screen, and saves
+// each as a PNG file.
 // Usage: vantor-screenshots OUTPUT_DIR   (needs a display; scripts/screenshots.sh uses Xvfb)
 #include <Vantor.h>
 
@@ -78,6 +79,15 @@ int main(int argc, char **argv)
     executing.SetRange(2000);
     executing.SetPos(1240);
     ok = showAndSave(&executing, dir, QStringLiteral("dialogexecuting.png")) && ok;
+
+    SqlInfo info;
+    info.nKind = 1;
+    info.bRemote = 1;
+    info.strServer = CString("192.168.10.20");
+    info.strUser = CString("plant");
+    info.strPassword = CString("secret");
+    DialogSetRDBInfo rdb(nullptr, &info);
+    ok = showAndSave(&rdb, dir, QStringLiteral("dialogsetrdbinfo.png")) && ok;
 
     return ok ? 0 : 1;
 }
