@@ -118,6 +118,15 @@ typedef struct _SECURITY_ATTRIBUTES
 #define MB_SYSTEMMODAL 0x00001000
 #define MB_TASKMODAL 0x00002000
 
+// Stock brush numbers, as CBrush::CreateStockObject takes them (see CBrush::StockObject).
+#define WHITE_BRUSH 0
+#define LTGRAY_BRUSH 1
+#define GRAY_BRUSH 2
+#define DKGRAY_BRUSH 3
+#define BLACK_BRUSH 4
+#define NULL_BRUSH 5
+#define HOLLOW_BRUSH NULL_BRUSH
+
 // Message-box results.
 #define IDOK 1
 #define IDCANCEL 2

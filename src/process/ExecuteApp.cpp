@@ -20,11 +20,10 @@ ExecuteApp::ExecuteApp(QString program, QStringList arguments, QString environme
 {
     Q_UNUSED(flag)
     m_pProcess->setProcessChannelMode(QProcess::ForwardedChannels);
-    connect(m_pProcess, SIGNAL(finished(int, QProcess::ExitStatus)), this,
-            SLOT(processFinished(int, QProcess::ExitStatus)));
-    connect(m_pProcess, SIGNAL(errorOccurred(QProcess::ProcessError)), this,
-            SLOT(processError(QProcess::ProcessError)));
-    connect(m_pProcess, SIGNAL(started()), this, SLOT(processStarted()));
+    connect(m_pProcess, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            &ExecuteApp::processFinished);
+    connect(m_pProcess, &QProcess::errorOccurred, this, &ExecuteApp::processError);
+    connect(m_pProcess, &QProcess::started, this, &ExecuteApp::processStarted);
 }
 
 ExecuteApp::~ExecuteApp()
@@ -46,13 +45,12 @@ bool ExecuteApp::launch(bool wait, VisibleParam visible)
     const int slash = m_Program.lastIndexOf(QLatin1Char('/'));
     m_pProcess->setWorkingDirectory(slash > 0 ? m_Program.left(slash - 1) : m_Program);
 
-    if (!QFile::exists(m_Program) && m_nMode != 2) {
+    if (m_nMode != SearchPath && !QFile::exists(m_Program)) {
+        // The joined path only makes the message clearer; the program is never started by it.
         const QString cleaned = QDir::cleanPath(QDir::currentPath() + QLatin1Char('/') + m_Program);
-        if (!QFile::exists(m_Program)) {
-            qCDebug(lcVantor).noquote().nospace()
-                << m_Program << " and " << cleaned << " file not exist.";
-            return false;
-        }
+        qCDebug(lcVantor).noquote().nospace()
+            << m_Program << " and " << cleaned << " file not exist.";
+        return false;
     }
 
     if (!m_Environment.isEmpty()) {

@@ -34,10 +34,20 @@ public:
     };
 
     /**
+     * The meaning of the `mode` argument. The constructor keeps taking a plain int, so ported
+     * calls with bare numbers compile and mean the same; any value other than SearchPath
+     * requires the file.
+     */
+    enum Mode {
+        CheckProgramFile = 0, ///< the program file must exist before the start
+        SearchPath = 2        ///< not looked for: a program found through the search path
+    };
+
+    /**
      * Every "//" in `program` becomes "/" in one left-to-right pass, so "///" is stored as "//".
      * `environment` holds extra NAME=value entries separated by ";" (cut with StringSpliter).
-     * With `mode` 2 the program file is not looked for before starting (a program found through
-     * the search path); any other mode requires the file to exist. `flag` is accepted for
+     * With `mode` SearchPath (2) the program file is not looked for before starting; any other
+     * mode requires the file to exist (see Mode). `flag` is accepted for
      * callers that pass it and is ignored.
      */
     ExecuteApp(QString program, QStringList arguments, QString environment, int mode, bool flag);
@@ -87,7 +97,7 @@ public:
     /// The program path, with "//" folded once.
     QString m_Program;
     QStringList m_Arguments;
-    /// 2: the program file is not looked for before starting.
+    /// A Mode value: SearchPath skips the file check.
     int m_nMode;
     /// Extra environment entries, NAME=value.
     QStringList m_Environment;

@@ -3,11 +3,6 @@
 
 #include "CDrawTools_p.h"
 
-namespace {
-// The index of the null brush among the stock objects, and the hatch that shares its meaning.
-constexpr int NullBrush = 5;
-} // namespace
-
 CBrush::CBrush() = default;
 
 bool CBrush::CreateSolidBrush(unsigned long color)

@@ -15,6 +15,22 @@
 class VANTOR_EXPORT CBrush : public QBrush
 {
 public:
+    /**
+     * The stock object numbers of the Windows class library that a brush understands. Only the
+     * null brush differs: every other number gives a solid brush in the current colour, the
+     * grey shades included. CreateStockObject keeps taking a plain int, so ported calls with
+     * bare numbers compile and mean the same.
+     */
+    enum StockObject {
+        WhiteBrush = 0,
+        LightGrayBrush = 1,
+        GrayBrush = 2,
+        DarkGrayBrush = 3,
+        BlackBrush = 4,
+        NullBrush = 5, ///< no brush; hatch index 5 has the same meaning
+        HollowBrush = NullBrush
+    };
+
     CBrush();
 
     /// Solid pattern in `color`; returns true.
@@ -22,7 +38,7 @@ public:
     /// Takes `color`; the pattern is solid for every `hatch` but 5, which gives no brush.
     /// Returns true.
     bool CreateHatchBrush(int hatch, unsigned long color);
-    /// Index 5 (the null brush) gives no brush; any other index a solid pattern in the brush's
+    /// NullBrush (5) gives no brush; any other index a solid pattern in the brush's
     /// current colour (black for a new brush). Returns true.
     bool CreateStockObject(int index);
 };

@@ -49,7 +49,7 @@ void setSolidBrush(QPainter *p, unsigned long color)
 void setNullBrush(QPainter *p)
 {
     CBrush brush;
-    brush.CreateStockObject(5);
+    brush.CreateStockObject(CBrush::NullBrush);
     p->setBrush(brush);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "WidgetTool.h"
 
+#include "CDrawTools_p.h"
 #include "DialogEx.h"
 
 #include <QApplication>
@@ -118,9 +119,7 @@ void WidgetTool::SetButtonColor(QPushButton *b, unsigned long color)
         return;
     b->setFlat(true);
     QPalette palette = b->palette();
-    palette.setColor(
-        QPalette::Button,
-        QColor(int(color & 0xFF), int((color >> 8) & 0xFF), int((color >> 16) & 0xFF)));
+    palette.setColor(QPalette::Button, VantorDraw::colorFromRef(color));
     b->setPalette(palette);
     b->setAutoFillBackground(true);
     b->update();

@@ -7,7 +7,6 @@
 
 // Distinct objects; the arrays only hold their addresses.
 static QObject objects[100];
-static CObList emptyList; // declarable, as ported code does
 
 // "left top right bottom" of every rectangle, joined by '|'.
 static QString edgesOf(const CRectArray &a)

@@ -132,9 +132,7 @@ private slots:
         // The flags asked for are replaced by a frameless window.
         DialogExecuting dialog(nullptr, CString("Scanning"), Qt::Tool | Qt::WindowTitleHint);
         QCOMPARE(dialog.windowFlags(), Qt::Window | Qt::FramelessWindowHint);
-        QCOMPARE(dialog.size(), QSize(370, 111));
         QCOMPARE(dialog.minimumSize(), dialog.maximumSize());
-        QCOMPARE(dialog.windowTitle(), QStringLiteral("Executing"));
         QCOMPARE(textOf(&dialog), QStringLiteral("Scanning"));
         dialog.show();
         auto *bar = dialog.findChild<QProgressBar *>(QStringLiteral("progressBar"));
