@@ -155,6 +155,8 @@ private slots:
                 m_calc.GetTimeString(0ULL, false).IsEmpty() &&
                 m_calc.GetTimeString(0LL, true).IsEmpty());
         QCOMPARE(m_calc.GetTimeString(1005ULL, false).text, "1970/01/01 00:00:01.005");
+        // Only 0 means "no time": a value before 1970 is formatted.
+        QCOMPARE(m_calc.GetTimeString(-1LL, false).text, "1969/12/31 23:59:59.999");
     }
 
     void timeT_data()
@@ -188,6 +190,9 @@ private slots:
         QCOMPARE(m_calc.GetFileTime(static_cast<long long>(t)), m_calc.GetFileTime(ts));
         m_calc.GetSystemTime(st, t, 1, 250);
         QCOMPARE(describe(st), fields + QStringLiteral(".250/0"));
+        m_calc.GetSystemTime(st, t, 0, 0); // UTC fields, whatever the zone
+        QCOMPARE(describe(st),
+                 QDateTime::fromSecsSinceEpoch(t, Qt::UTC).toString("yyyy M d H m s") + ".000/0");
     }
 
     void duration_data()
