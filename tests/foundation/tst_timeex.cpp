@@ -147,6 +147,8 @@ private slots:
         useTimeZone("Asia/Seoul");
         const qint64 now = m_calc.GetTimeT(1969, 12, 31, 23, 59, 59);
         QVERIFY(now >= before.toSecsSinceEpoch() && now <= time(nullptr));
+        // One second before 1970 is -1, the C library's failure value: also now.
+        QVERIFY(m_calc.GetTimeT(1970, 1, 1, 8, 59, 59) >= now);
         QCOMPARE(m_calc.GetFileTime(static_cast<long long>(LLONG_MAX)), 0LL);
         SYSTEMTIME st = {1, 2, 3, 4, 5, 6, 7, 8};
         m_calc.GetSystemTime(st, LLONG_MAX, 0, 5);

@@ -122,6 +122,16 @@ private slots:
         delete owned;
     }
 
+    // The child writes to this process's own output; nothing is kept in the QProcess.
+    void outputForwarded()
+    {
+        ExecuteApp app("sh", {"-c", "echo forwarded by the child"}, QString(),
+                       ExecuteApp::SearchPath, false);
+        QVERIFY(app.launch(true, ExecuteApp::VisibleUnset));
+        QVERIFY(app.m_pProcess->waitForFinished(10000));
+        QCOMPARE(app.m_pProcess->readAllStandardOutput(), QByteArray());
+    }
+
     void replacingEndsFirstChild_data()
     {
         QTest::addColumn<bool>("classWide");
