@@ -28,11 +28,10 @@ LogFont &LogFont::operator=(const LogFont &other)
 
 bool LogFont::Read(CFile &file)
 {
-    const qint64 start = file.Pos();
     CString family;
-    const int length = file.Read(family);
-    // CFile reads only what the file still holds: a short family means a cut or corrupt record.
-    if (length < 0 || file.Pos() != start + 4 + length)
+    // A family cut short by the end of the file leaves nothing for the fields below, whose reads
+    // then fail: every truncated record is refused.
+    if (file.Read(family) < 0)
         return false;
     int size = 0;
     unsigned char weight = 0;

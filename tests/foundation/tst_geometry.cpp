@@ -124,6 +124,7 @@ private slots:
         QPoint p(3, -4);
         QVERIFY(CPoint(p) == p && CPoint(p) == CPoint(3, -4) && !(CPoint(p) == CPoint(-4, 3)));
         QVERIFY(CPoint() == QPoint(0, 0));
+        QVERIFY(!(CPoint(3, 4) == QPoint(3, 5)) && !(CPoint(3, 4) == QPoint(2, 4)));
     }
 };
 

@@ -147,6 +147,8 @@ private slots:
         useTimeZone("Asia/Seoul");
         const qint64 now = m_calc.GetTimeT(1969, 12, 31, 23, 59, 59);
         QVERIFY(now >= before.toSecsSinceEpoch() && now <= time(nullptr));
+        // One second before 1970 is -1, the C library's failure value: also now.
+        QVERIFY(m_calc.GetTimeT(1970, 1, 1, 8, 59, 59) >= now);
         QCOMPARE(m_calc.GetFileTime(static_cast<long long>(LLONG_MAX)), 0LL);
         SYSTEMTIME st = {1, 2, 3, 4, 5, 6, 7, 8};
         m_calc.GetSystemTime(st, LLONG_MAX, 0, 5);
@@ -155,6 +157,8 @@ private slots:
                 m_calc.GetTimeString(0ULL, false).IsEmpty() &&
                 m_calc.GetTimeString(0LL, true).IsEmpty());
         QCOMPARE(m_calc.GetTimeString(1005ULL, false).text, "1970/01/01 00:00:01.005");
+        // Only 0 means "no time": a value before 1970 is formatted.
+        QCOMPARE(m_calc.GetTimeString(-1LL, false).text, "1969/12/31 23:59:59.999");
     }
 
     void timeT_data()
@@ -188,6 +192,9 @@ private slots:
         QCOMPARE(m_calc.GetFileTime(static_cast<long long>(t)), m_calc.GetFileTime(ts));
         m_calc.GetSystemTime(st, t, 1, 250);
         QCOMPARE(describe(st), fields + QStringLiteral(".250/0"));
+        m_calc.GetSystemTime(st, t, 0, 0); // UTC fields, whatever the zone
+        QCOMPARE(describe(st),
+                 QDateTime::fromSecsSinceEpoch(t, Qt::UTC).toString("yyyy M d H m s") + ".000/0");
     }
 
     void duration_data()

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QSignalSpy>
+#include <QTextBlock>
 #include <QtTest>
 
 #include <utility>
@@ -76,6 +77,19 @@ private slots:
         QCOMPARE(console.toPlainText(), shown);
         QCOMPARE(QApplication::clipboard()->text(), copied ? shown : QStringLiteral("before"));
         QVERIFY(!console.textCursor().hasSelection());
+        console.putData("!"); // still at the end, also after a copy
+        QCOMPARE(console.toPlainText(), shown + '!');
+    }
+
+    void oldestLinesGo()
+    {
+        Console console;
+        QByteArray lines;
+        for (int i = 0; i < 100005; ++i)
+            lines += QByteArray::number(i) + '\n';
+        console.putData(lines);
+        QCOMPARE(console.document()->blockCount(), 100000);
+        QCOMPARE(console.document()->firstBlock().text(), QStringLiteral("6"));
     }
 };
 

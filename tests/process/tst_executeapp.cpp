@@ -101,6 +101,37 @@ private slots:
         QCOMPARE(this->seen(), seen << QString());
     }
 
+    // A program that cannot start fails the class-wide launcher, which waits for the start;
+    // the owned launcher returns at once and so reports success.
+    void waitsForStart_data()
+    {
+        QTest::addColumn<bool>("classWide");
+        QTest::newRow("class-wide waits") << true;
+        QTest::newRow("owned does not") << false;
+    }
+
+    void waitsForStart()
+    {
+        QFETCH(bool, classWide);
+        const QString program = path("work1/none.sh");
+        ExecuteApp *owned = nullptr;
+        const int mode = ExecuteApp::SearchPath; // not looked for: the start itself fails
+        QCOMPARE(classWide ? ExecuteApp::Execute(program, {}, QString(), mode, false)
+                           : ExecuteApp::Execute(&owned, program, {}, QString(), mode, false),
+                 !classWide);
+        delete owned;
+    }
+
+    // The child writes to this process's own output; nothing is kept in the QProcess.
+    void outputForwarded()
+    {
+        ExecuteApp app("sh", {"-c", "echo forwarded by the child"}, QString(),
+                       ExecuteApp::SearchPath, false);
+        QVERIFY(app.launch(true, ExecuteApp::VisibleUnset));
+        QVERIFY(app.m_pProcess->waitForFinished(10000));
+        QCOMPARE(app.m_pProcess->readAllStandardOutput(), QByteArray());
+    }
+
     void replacingEndsFirstChild_data()
     {
         QTest::addColumn<bool>("classWide");

@@ -48,7 +48,6 @@ private slots:
         QFETCH(bool, block);
         QFETCH(bool, fromChild);
         DialogEx dialog;
-        QVERIFY(dialog.m_bBlockEscape);
         dialog.m_bBlockEscape = block;
         auto *edit = new QLineEdit(&dialog);
         // Run it as applications do, modally, and press Escape while it runs.
@@ -72,7 +71,6 @@ private slots:
         QFETCH(QString, how);
         auto *dialog = new DialogEx;
         QPointer<QWidget> child = new QWidget;
-        QVERIFY(!dialog->m_pChildWindow);
         dialog->m_pChildWindow = child.data();
         dialog->show();
         child->show();

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <CBrush.h>
 #include <CFile.h>
 #include <CPen.h>
 #include <CXmlEx.h>
@@ -123,6 +124,9 @@ private slots:
             }
             QVERIFY(readFrom(sample, bytes));
             QCOMPARE(written(sample), bytes.toHex(' '));
+            std::decay_t<decltype(sample)> copy;
+            copy = sample;
+            QCOMPARE(written(copy), bytes.toHex(' ')); // every field assigned
             sample.WriteXml(doc, item.get());
             sample.WriteXml(doc, nullptr); // nowhere to go: ignored
         });
@@ -156,6 +160,24 @@ private slots:
         QCOMPARE(pen.color(), QColor(0x33, 0x22, 0x11));
         QVERIFY(!pen.CreatePenIndirect(nullptr));
         QCOMPARE(pen.width(), 3);
+        // Width 0 stays Qt's one-pixel cosmetic pen; bad values become a solid pen of width 1.
+        pen.CreatePen(1, 0, 0);
+        QCOMPARE(pen.width(), 0);
+        pen.CreatePen(9, -2, 0);
+        QCOMPARE(qMakePair(pen.style(), pen.width()), qMakePair(Qt::SolidLine, 1));
+    }
+
+    // A stock brush is solid in the colour the brush already has, except the null brush.
+    void stockBrush()
+    {
+        CBrush brush;
+        brush.CreateHatchBrush(CBrush::NullBrush, 0x0000FF);
+        QCOMPARE(brush.style(), Qt::NoBrush);
+        brush.CreateStockObject(GRAY_BRUSH);
+        QCOMPARE(brush.style(), Qt::SolidPattern);
+        QCOMPARE(brush.color(), QColor(0xFF, 0, 0));
+        brush.CreateStockObject(CBrush::NullBrush);
+        QCOMPARE(brush.style(), Qt::NoBrush);
     }
 };
 

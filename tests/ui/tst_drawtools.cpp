@@ -181,6 +181,11 @@ private slots:
         QTest::newRow("polyline") << THICK(t.DrawPolyline(p, across, 2, 0xFF, 1)) << band << thick;
         QTest::newRow("dotted polyline")
             << THICK(t.DrawPolyline(p, across, 2, 0xFF, 3)) << QRect(0, 10, 32, 1) << "2,10r";
+        // With the border in the fill colour the outline stays one pixel, however thick lines are.
+        QTest::newRow("polygon, border as fill")
+            << THICK(CPoint sq[] = {{5, 5}, {20, 5}, {20, 20}, {5, 20}};
+                     t.DrawPolygon(p, sq, 4, 0xFF00, 0xFF00))
+            << QRect(QPoint(5, 5), QPoint(20, 20)) << "12,12g";
     }
 
     void shapes()
@@ -197,6 +202,15 @@ private slots:
                 spot.chopped(1) + letters(image.copy(xy[0].toInt(), xy[1].toInt(), 1, 1))[0] + ' ';
         }
         QCOMPARE(seen, spots.isEmpty() ? spots : spots + ' ');
+    }
+
+    // The roundness is a fifth of each side taken as Qt's percentage, so a long flat box has
+    // nearly square corners: its corner pixel is part of the outline.
+    void roundRectCorner()
+    {
+        const QImage image =
+            render(DRAW(t.DrawRoundRect(p, 1, 1, 101, 21, 0xFF, 0xFF00)), QSize(110, 26));
+        QCOMPARE(letters(image.copy(0, 0, 3, 3)), QStringLiteral("...\n.rr\n.rg\n"));
     }
 
     void widgetForms()

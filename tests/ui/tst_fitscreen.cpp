@@ -132,6 +132,13 @@ private slots:
             QVERIFY(!(dialog.windowFlags() & Qt::WindowContextHelpButtonHint));
             QCOMPARE(QApplication::topLevelWidgets().size(), before + 1);
             QCOMPARE(dialog.geometry(), centred);
+            // Freed again: any size from nothing up to Qt's limit.
+            WidgetTool::SetFixedSize(&dialog, false);
+            QCOMPARE(dialog.minimumSize(), QSize(0, 0));
+            QCOMPARE(dialog.maximumSize(), QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
+            dialog.resize(120, 90);
+            WidgetTool::SetFixedSize(&dialog, true);
+            QCOMPARE(dialog.maximumSize(), QSize(120, 90));
         }
     }
 
