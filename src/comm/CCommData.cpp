@@ -54,10 +54,8 @@ bool CCommData::Read(CFile &file)
     if (file.Read(kind) != 1 || file.Read(reserved) != 1 ||
         file.Read(&info, int(sizeof info)) != int(sizeof info))
         return false;
-    // The string's stored count must be there in full, or the file was cut short.
-    const qint64 before = file.Pos();
-    const int count = file.Read(address);
-    if (count < 0 || file.Pos() != before + 4 + count)
+    // A string count beyond the end leaves nothing for the port, which then fails.
+    if (file.Read(address) < 0)
         return false;
     if (file.Read(port) != 2)
         return false;

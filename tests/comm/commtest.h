@@ -124,13 +124,16 @@ inline QString vethSetup()
                           "ip link set vA up && ip link set vB up && ");
 }
 
-/// Runs `setup` and then the helper peer with `args` in a new user and network namespace;
-/// returns the peer's output (empty when the run failed or took longer than 20 s).
-inline QByteArray runPeerInNamespace(const QString &setup, const QStringList &args)
+/// Runs `setup` and then the helper peer with `args` (under `wrapper`, a command prefix, when
+/// given) in a new user and network namespace; returns the peer's output (empty when the run
+/// failed or took longer than 20 s).
+inline QByteArray runPeerInNamespace(const QString &setup, const QStringList &args,
+                                     const QString &wrapper = QString())
 {
     QProcess process;
     QStringList command {QStringLiteral("-rn"), QStringLiteral("sh"), QStringLiteral("-c"),
-                         setup + QStringLiteral("exec \"$0\" \"$@\""),
+                         setup + QStringLiteral("exec ") + wrapper +
+                             QStringLiteral(" \"$0\" \"$@\""),
                          QStringLiteral(COMMPEER_PATH)};
     process.start(QStringLiteral("unshare"), command + args);
     if (!process.waitForStarted(5000))

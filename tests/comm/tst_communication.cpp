@@ -262,6 +262,8 @@ void TestCommunication::portSequenceConcurrent()
     CCommunication reset;
     QVector<int> taken(64, -1);
     QVector<QThread *> threads;
+    QElapsedTimer timer;
+    timer.start();
     for (int t = 0; t < 8; ++t) {
         threads << QThread::create([&taken, t] {
             for (int i = 0; i < 8; ++i)
@@ -273,6 +275,8 @@ void TestCommunication::portSequenceConcurrent()
         QVERIFY(thread->wait(20000));
         delete thread;
     }
+    // One caller at a time: each holds the table through its 10 ms pause.
+    QVERIFY(timer.elapsed() >= 64 * 10);
     std::sort(taken.begin(), taken.end());
     for (int i = 0; i < 64; ++i)
         QCOMPARE(taken[i], i); // every caller got its own entry
