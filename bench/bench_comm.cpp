@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Request/response round trips of 64-byte frames over loopback TCP: through CCommunication
-// (polled, 1 ms read waits) against a plain blocking POSIX socket, both talking to the same
-// echo server in this process. Prints the channel's rate as a fraction of the raw rate.
+// (polled, 1 ms read waits) against a plain blocking POSIX socket, both with the default socket
+// options and talking to the same echo server in this process. Prints the channel's rate as a
+// fraction of the raw rate.
 #include <CCommunication.h>
+#include <PrintMessage.h>
 
 #include <QCoreApplication>
 
@@ -95,7 +97,6 @@ void rawSocket(benchmark::State &state)
         state.SkipWithError("connect failed");
         return;
     }
-    noDelay(fd);
     char request[FrameSize] = {1, 2, 3};
     char reply[FrameSize];
     const auto start = std::chrono::steady_clock::now();
@@ -123,7 +124,6 @@ void channel(benchmark::State &state)
         state.SkipWithError("CreateComm failed");
         return;
     }
-    comm.m_pTcpSock->m_pSocket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     char request[FrameSize] = {1, 2, 3};
     char reply[FrameSize];
     const auto start = std::chrono::steady_clock::now();

