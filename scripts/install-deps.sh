@@ -10,7 +10,7 @@ packages=(
     libbenchmark-dev libboost-dev
     libxml2-utils xvfb xauth
     # communication tests: serial pty pairs, namespaces, a real Modbus device
-    socat iproute2 python3-pymodbus python3-serial
+    socat iproute2 python3-pymodbus python3-serial python3-serial-asyncio
     # database: Qt drivers, real servers and ODBC drivers for the tests
     libqt5sql5-psql libqt5sql5-mysql libqt5sql5-odbc libqt5sql5-sqlite
     postgresql-15 mariadb-server mariadb-client unixodbc odbc-postgresql odbc-mariadb libsqliteodbc

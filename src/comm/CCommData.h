@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "CSerialInfo.h"
+#include "CString.h"
+#include "vantor_export.h"
+
+#include <cstddef>
+#include <cstdint>
+
+class CFile;
+
+/**
+ * The flat record a communication settings dialog exchanges with CCommData (176 bytes).
+ * The leading 32 bytes are zeroed and otherwise ignored.
+ */
+struct CommSetting
+{
+    char Reserved[32];
+    /// 0 serial, 1 UDP, 2 TCP client, 3 TCP server side.
+    std::int32_t Kind;
+    CommInfo Serial;
+    /// NUL-terminated 8-bit text.
+    char IPAddr[64];
+    std::int32_t Port;
+};
+
+static_assert(sizeof(CommSetting) == 176 && offsetof(CommSetting, Kind) == 32 &&
+                  offsetof(CommSetting, Serial) == 36 && offsetof(CommSetting, IPAddr) == 108 &&
+                  offsetof(CommSetting, Port) == 172,
+              "CommSetting keeps its layout");
+
+/**
+ * The settings and state of one communication channel (see CCommunication): the link kind,
+ * the serial settings, the address and port, and the time of the last creation that drives
+ * the periodic renewal.
+ */
+class VANTOR_EXPORT CCommData
+{
+public:
+    /// Link kinds (m_nKind).
+    enum Kind : std::uint8_t { Serial = 0, Udp = 1, TcpClient = 2, TcpServer = 3 };
+
+    /// Serial kind, port 2001, default serial settings, empty address, renewal 10,000 ms.
+    CCommData();
+
+    /**
+     * Copies kind, serial settings, IP address and port only. The two carried ints, the time
+     * stamp, the TCP-opened flag and the renewal period of this record are kept, so that a
+     * channel's own state survives a change of settings.
+     */
+    CCommData &operator=(CCommData &other);
+    CCommData &operator=(const CCommData &other);
+    CCommData(const CCommData &other) = default;
+
+    /**
+     * The file form: kind (1 byte), a reserved 0 byte, the 72-byte serial settings, the
+     * address as CFile writes a CString, the port (2 bytes). Returns true when every item was
+     * written in full.
+     */
+    bool Write(CFile &file);
+    /**
+     * Reads the file form. A file cut short, or a string count that does not fit in it, makes
+     * Read return false and leaves the record unchanged.
+     */
+    bool Read(CFile &file);
+
+    /// Zeroes `setting` and fills kind, serial settings, address (cut to 63 bytes) and port.
+    void GetCommSetting(CommSetting &setting);
+    /// Takes kind (narrowed to 8 bits), serial settings, address (at most 64 bytes) and port
+    /// (narrowed to 16 bits) from `setting`.
+    void SetCommSetting(CommSetting const &setting);
+
+    /// Link kind, 0 to 3 (see Kind).
+    std::uint8_t m_nKind;
+    std::uint16_t m_nPort;
+    CommInfo m_CommInfo;
+    CString m_strIPAddr;
+    /// Carried for the application; default 0.
+    std::int32_t m_nParam;
+    /// Carried for the application; default -1, set to -1 again by CCommunication::DeleteComm.
+    std::int32_t m_nSequence;
+    /// Milliseconds since 1970 of the last successful creation or the last deletion; 0 at first.
+    std::int64_t m_nTime;
+    /// Set to 1 by every TCP creation attempt, never cleared; TCP links are deleted only then.
+    std::int32_t m_nTcpOpened;
+    /// A link older than this many milliseconds is closed and opened anew by CreateComm.
+    std::int32_t m_nRenewalPeriod;
+};
