@@ -25,9 +25,11 @@ current = None  # (path, backup) while a file is mutated
 
 
 def restore():
+    # The original text comes back with a new time stamp, so that the build sees the change.
     global current
     if current:
-        shutil.copy2(current[1], current[0])
+        shutil.copyfile(current[1], current[0])
+        os.utime(current[0])
         current = None
 
 
@@ -56,7 +58,7 @@ try:
             continue
         allTargets.update(targets)
         backup = os.path.join(backupDir, "file")
-        shutil.copy2(file, backup)
+        shutil.copyfile(file, backup)
         current = (file, backup)
         open(file, "w", encoding="utf-8").write(text.replace(old, new, 1))
         built = subprocess.run(["cmake", "--build", build, "-j2", "--target", *targets],

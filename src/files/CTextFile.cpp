@@ -184,7 +184,7 @@ int CTextFile::GetColumnCount(char *text)
     while (text[i]) {
         // A multi-byte character never holds a divide char; one cut short ends at the NUL.
         const int n = VantorText::characterLength(text + i);
-        if (n == 1 && text[i] == m_cDivideChar)
+        if (text[i] == m_cDivideChar)
             ++count;
         for (int k = 0; k < n && text[i]; ++k)
             ++i;

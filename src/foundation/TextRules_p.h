@@ -133,18 +133,11 @@ inline int copyCell(char *dest, const char *source, int size, bool escape, CellS
         dest[0] = 0;
         return 0;
     }
-    const int limit = size - 1;
+    const int end = wholeCharacters(source, size - 1);
     int i = 0;
     int spaceStart = -1;
-    while (source[i] != 0) {
+    while (i < end) {
         const int n = characterLength(source + i);
-        const bool whole = n == 1 || source[i + 1] != 0;
-        if (!whole || i + n > limit) {
-            // An ordinary character that no longer fits still ends a run of spaces.
-            if (n == 1 && spaces == CellSpaces::TrimTextEnd && source[i] != ' ')
-                spaceStart = -1;
-            break;
-        }
         if (n == 1) {
             if (source[i] == ' ') {
                 if (spaceStart < 0)
@@ -160,6 +153,11 @@ inline int copyCell(char *dest, const char *source, int size, bool escape, CellS
         }
         i += n;
     }
+    // An ordinary character that no longer fits still ends a run of spaces.
+    const char next = source[end];
+    if (spaces == CellSpaces::TrimTextEnd && next != 0 && next != ' ' &&
+        characterLength(source + end) == 1)
+        spaceStart = -1;
     dest[i] = 0;
     if (spaceStart > 0 || (spaceStart == 0 && spaces == CellSpaces::TrimResult)) {
         dest[spaceStart] = 0;

@@ -87,6 +87,8 @@ void tst_CString::operations_data()
         return r == 0 ? s.text : QString(); // both always return 0
     };
     row("Left(-1)", abc.Left(-1).text, "abc");
+    row("Left(0)", abc.Left(0).text, "");
+    row("Right(0)", abc.Right(0).text, "");
     row("Right(100)", abc.Right(100).text, "abc");
     row("Right(-5)", abc.Right(-5).text, "abc");
     row("Mid(5,1)", abc.Mid(5, 1).text, "");
@@ -173,9 +175,13 @@ void tst_CString::makeString_data()
     QTest::newRow("utf-8 syllable cut whole") << QByteArray("a가") << 4 << 0 << QByteArray("a");
     QTest::newRow("utf-8 two-byte letter, comma escaped")
         << QByteArray("é,") << 4 << 1 << QByteArray("é`");
+    // E0 80 is an overlong form, not UTF-8: a pair, and the 80 after it another one.
+    QTest::newRow("overlong form is a pair")
+        << QByteArray("a\xE0\x80\x80") << 4 << 0 << QByteArray("a\xE0\x80");
     // C7 D1 is not UTF-8 (D1 is no continuation byte): a double-byte pair.
-    QTest::newRow("double-byte with a utf-8-like lead")
-        << QByteArray("a\xC7\xD1" "b") << 3 << 0 << QByteArray("a");
+    QTest::newRow("double-byte with a utf-8-like lead") << QByteArray("a\xC7\xD1"
+                                                                      "b")
+                                                        << 3 << 0 << QByteArray("a");
     // Spaces end the text only when nothing but a character that does not fit follows them.
     QTest::newRow("spaces before a cut letter stay")
         << QByteArray("x  yz") << 4 << 0 << QByteArray("x  ");
