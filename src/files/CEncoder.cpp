@@ -33,8 +33,9 @@ bool plausibleClaim(const QByteArray &data)
     return claimed <= MaxDecodedSize && claimed <= quint64(data.size() - 4) * MaxInflateRatio;
 }
 
-// The Qt warning stream is where this container's own format reports its failures, so these
-// texts stay there rather than in the message log.
+// Unlike the rest of the library, this class reports its two warnings ("No key set." and the
+// one below) on the Qt warning stream, not through PrintMessage: that is where its callers
+// have always looked for them.
 void warnNotCiphertext()
 {
     qWarning("Invalid version or not a cyphertext.");

@@ -150,13 +150,14 @@ private slots:
     void columnCountOfText()
     {
         QVector<int> got;
-        for (const char *text : {"", "가,나,다", "a,\xEA\xB0", "a,b,\xEA", "é,b", "\xB0\xA1,b"}) {
+        for (const char *text :
+             {"", "가,나,다", "a,\xEA\xB0", "a,b,\xEA", "é,b", "\xB0\xA1,b", ",a"}) {
             // An exact-size heap copy, so that a read past the terminator is caught under ASan.
             QScopedArrayPointer<char> exact(qstrdup(text));
             got << CTextFile().GetColumnCount(exact.get());
         }
         // "a,\xEA\xB0" and "a,b,\xEA" end inside a character.
-        QCOMPARE(got, QVector<int>({1, 3, 2, 3, 2, 2}));
+        QCOMPARE(got, QVector<int>({1, 3, 2, 3, 2, 2, 2}));
     }
 
     void makeString_data()
