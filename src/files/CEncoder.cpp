@@ -12,6 +12,8 @@ enum ContainerFlag { Compressed = 1, Checksum = 2, Sha1 = 4 };
 constexpr int Sha1Size = 20;
 // Deflate cannot expand data more than 1032-fold; a zlib block claiming more is corrupt.
 constexpr quint64 MaxInflateRatio = 1032;
+// The texts this container is made for are short; no decoded text may exceed 16 MiB.
+constexpr quint32 MaxDecodedSize = 16u << 20;
 
 enum CipherError { NoError = 0, NoKey = 1, NotCiphertext = 2, IntegrityFailed = 3 };
 
@@ -20,16 +22,23 @@ quint16 checksum(const QByteArray &data)
     return qChecksum(data.constData(), uint(data.size()), Qt::ChecksumIso3309);
 }
 
-// qUncompress sizes its first allocation from the length the block claims. Refuse a claim the
-// compressed bytes cannot back, so that garbage cannot ask for gigabytes.
-QByteArray boundedUncompress(const QByteArray &data)
+// qUncompress sizes its first allocation from the length the block claims. The claim is
+// checked before anything is allocated: it may neither exceed MaxDecodedSize nor what the
+// compressed bytes can back.
+bool plausibleClaim(const QByteArray &data)
 {
     if (data.size() < 4)
-        return QByteArray();
+        return false;
     const quint32 claimed = qFromBigEndian<quint32>(data.constData());
-    if (claimed > quint64(data.size() - 4) * MaxInflateRatio)
-        return QByteArray();
-    return qUncompress(data);
+    return claimed <= MaxDecodedSize && claimed <= quint64(data.size() - 4) * MaxInflateRatio;
+}
+
+// Unlike the rest of the library, this class reports its two warnings ("No key set." and the
+// one below) on the Qt warning stream, not through PrintMessage: that is where its callers
+// have always looked for them.
+void warnNotCiphertext()
+{
+    qWarning("Invalid version or not a cyphertext.");
 }
 
 /// One scrambling or unscrambling run with a key; built afresh by every CEncoder call.
@@ -87,11 +96,8 @@ public:
         }
         if (container.size() < 3)
             return QByteArray();
-        if (container[0] != ContainerVersion) {
-            qWarning("Invalid version or not a cyphertext.");
-            m_nLastError = NotCiphertext;
-            return QByteArray();
-        }
+        if (container[0] != ContainerVersion)
+            return failNotCiphertext();
         const char flags = container[1];
         QByteArray data = container.mid(2);
         char previous = 0;
@@ -117,13 +123,23 @@ public:
             if (stored != QCryptographicHash::hash(data, QCryptographicHash::Sha1))
                 return failIntegrity();
         }
-        if (flags & Compressed)
-            data = boundedUncompress(data);
+        if (flags & Compressed) {
+            if (!plausibleClaim(data))
+                return failNotCiphertext();
+            data = qUncompress(data);
+        }
         m_nLastError = NoError;
         return data;
     }
 
 private:
+    QByteArray failNotCiphertext()
+    {
+        warnNotCiphertext();
+        m_nLastError = NotCiphertext;
+        return QByteArray();
+    }
+
     QByteArray failIntegrity()
     {
         m_nLastError = IntegrityFailed;

@@ -28,6 +28,10 @@ public:
      * byte, text that is not such a container) gives an empty text; a container whose version is
      * not 3 also logs "Invalid version or not a cyphertext." as a Qt warning. A container
      * without checksum or SHA-1 is accepted unchecked, as its format allows.
+     *
+     * A compressed body is checked before anything is allocated for it: a body that claims
+     * more than 16 MiB of text, or more than 1,032 times its own size (more than deflate can
+     * give), is refused with the same warning and an empty text.
      */
     static CString Decode(CString text, long long key);
     /**

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "CFileEx.h"
 
-#include "AfxMessageBox.h"
+#include "FileNotice_p.h"
 #include "SystemTime.h"
 
 #include <QDateTime>
@@ -48,7 +48,7 @@ int checkExistence(const QString &path, int showMessage)
         return 1;
     if (showMessage) {
         const QByteArray text = "File or Path(" + path.toLatin1() + ") is not found!";
-        AfxMessageBox(text.constData(), 0, 0);
+        VantorPrivate::ShowFileNotice(text.constData());
     }
     return 0;
 }

@@ -23,7 +23,7 @@ class VANTOR_EXPORT CFileEx
 public:
     CFileEx();
     /// Constructs and calls SetFullName(path).
-    CFileEx(char const *path);
+    explicit CFileEx(char const *path);
 
     /// Does nothing; kept for callers that call it.
     void Init();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "CTextFile.h"
 
-#include "CommaBlockString_p.h"
+#include "TextRules_p.h"
 #include "TextStreamEx.h"
 
 #include <climits>
@@ -17,18 +17,6 @@ void skipLineEnd(const char *data, int end, int &pos)
     ++pos;
     if (pos < end && data[pos] == '\n')
         ++pos;
-}
-
-/// Length of the UTF-8 sequence that `lead` starts; 1 for a byte that starts none.
-int utf8Length(unsigned char lead)
-{
-    if (lead >= 0xC0 && lead < 0xE0)
-        return 2;
-    if (lead >= 0xE0 && lead < 0xF0)
-        return 3;
-    if (lead >= 0xF0 && lead < 0xF8)
-        return 4;
-    return 1;
 }
 
 } // namespace
@@ -137,6 +125,8 @@ int CTextFile::GetOneLine()
 
     const bool comment = c == ';' || c == '[';
     int length = 0;
+    int characterEnd = 0; // where the character being copied ends
+    bool full = false;
     while (m_nDataPos < end) {
         c = data[m_nDataPos];
         if (c == '\r' || c == '\n') {
@@ -146,8 +136,15 @@ int CTextFile::GetOneLine()
         }
         if (c == 0)
             break;
-        if (!comment && length < LineBufferSize - 1)
-            m_szLine[length++] = c;
+        if (!comment && !full) {
+            // An over-long line is cut before the first character that does not fit whole.
+            if (m_nDataPos >= characterEnd) {
+                characterEnd = m_nDataPos + VantorText::characterLength(data + m_nDataPos);
+                full = length + (characterEnd - m_nDataPos) > LineBufferSize - 1;
+            }
+            if (!full)
+                m_szLine[length++] = c;
+        }
         ++m_nDataPos;
     }
     // The text ended without a line end.
@@ -185,15 +182,12 @@ int CTextFile::GetColumnCount(char *text)
     int count = 1;
     int i = 0;
     while (text[i]) {
-        if (static_cast<unsigned char>(text[i]) >= 0x80) {
-            // A three-byte character, but never past the terminator of a cut one.
-            for (int k = 0; k < 3 && text[i]; ++k)
-                ++i;
-            continue;
-        }
+        // A multi-byte character never holds a divide char; one cut short ends at the NUL.
+        const int n = VantorText::characterLength(text + i);
         if (text[i] == m_cDivideChar)
             ++count;
-        ++i;
+        for (int k = 0; k < n && text[i]; ++k)
+            ++i;
     }
     return count;
 }
@@ -230,6 +224,8 @@ int CTextFile::GetString(char *buffer, int size)
     const char divide = m_cDivideChar;
     int out = 0;
     bool taken = false;
+    int characterEnd = 0; // where the character being copied ends
+    bool full = false;
     while (m_nPos < length && m_szLine[m_nPos] != divide) {
         char c = m_szLine[m_nPos];
         if (!taken && (c == ' ' || c == '\t')) {
@@ -237,7 +233,12 @@ int CTextFile::GetString(char *buffer, int size)
             continue;
         }
         taken = true;
-        if (out >= size - 1) { // the rest of an over-long field is dropped
+        if (m_nPos >= characterEnd) {
+            characterEnd = m_nPos + VantorText::characterLength(m_szLine + m_nPos);
+            // An over-long field is cut before the first character that does not fit whole.
+            full = full || out + (characterEnd - m_nPos) > size - 1;
+        }
+        if (full) {
             ++m_nPos;
             continue;
         }
@@ -385,51 +386,7 @@ int CTextFile::RemoveStartSpace(char *buffer, int size)
 
 void CTextFile::MakeString(char *dest, char *source, int size, bool escape)
 {
-    if (!dest || size <= 0)
-        return;
-    if (!source) {
-        dest[0] = 0;
-        return;
-    }
-    // The text is UTF-8: a character is kept or cut whole, so that no escape is ever lost
-    // inside the bytes of a multi-byte character.
-    const int limit = size - 1;
-    int i = 0;
-    int spaceStart = -1;
-    while (i < limit) {
-        const unsigned char c = static_cast<unsigned char>(source[i]);
-        if (c == 0)
-            break;
-        const int n = utf8Length(c);
-        if (n > 1) {
-            bool whole = i + n <= limit;
-            for (int k = 1; whole && k < n; ++k)
-                whole = source[i + k] != 0;
-            if (!whole)
-                break;
-            std::memmove(dest + i, source + i, static_cast<size_t>(n));
-            i += n;
-            spaceStart = -1;
-            continue;
-        }
-        char out = static_cast<char>(c);
-        if (c == ' ') {
-            if (spaceStart < 0)
-                spaceStart = i;
-        } else {
-            spaceStart = -1;
-        }
-        if (escape) {
-            if (c == ',')
-                out = '`';
-            else if (c == '\r' || c == '\n')
-                out = '^';
-        }
-        dest[i++] = out;
-    }
-    dest[i] = 0;
-    if (spaceStart >= 0)
-        dest[spaceStart] = 0;
+    VantorText::copyCell(dest, source, size, escape, VantorText::CellSpaces::TrimResult);
 }
 
 CString CTextFile::MakeString(char *source, int size, bool escape, bool quote)

@@ -17,8 +17,7 @@
  * then copies one line at a time into the line buffer, skipping comment lines (starting with
  * ';') and section lines (starting with '['), and the getters cut that line into fields.
  *
- * The field grammar is the inverse of the MakeString() writers, so a table written with them
- * reads back cell for cell:
+ * The field grammar is the inverse of the MakeString() writers:
  * - a field ends at the divide char (a comma unless changed) or at the end of the line;
  *   leading spaces and tabs are dropped and the field is trimmed at both ends;
  * - '^' is a line feed and "^^" a carriage return followed by a line feed;
@@ -26,7 +25,16 @@
  * - a double quote reads as a space, and so does '=' directly before one, so a spreadsheet text
  *   cell ="0123" reads as 0123.
  *
- * Lines are cut silently at 19,999 bytes and fields at the caller's buffer size - 1.
+ * A table written with the writers reads back cell for cell, except where the file grammar,
+ * kept for existing files, cannot tell an escape from the text:
+ * - two commas in a row: "a,,b" is written a``b and reads back as a`b;
+ * - a comma directly before a line break: ",\n" is written `^ and reads back as ^;
+ * - a back-quote or caret already in the text reads back as a comma or a line break;
+ * - spaces and tabs at either end of a cell, and double quotes (read as spaces), are lost.
+ *
+ * Lines are cut silently before the first character that no longer fits in 19,999 bytes, and
+ * fields before the first that no longer fits in the caller's buffer size - 1. A character is
+ * a valid UTF-8 sequence; any other byte of 0x80 or above leads a two-byte character.
  * The QFile base is not used for reading; the object belongs to one thread.
  */
 class VANTOR_EXPORT CTextFile : public QFile
@@ -37,7 +45,7 @@ public:
 
     CTextFile();
     /// Stores the message-box switch and, when `name` is not empty, calls OpenFile(name).
-    CTextFile(QString name, bool messageBox = true);
+    explicit CTextFile(QString name, bool messageBox = true);
     ~CTextFile() override;
 
     /**
@@ -75,8 +83,8 @@ public:
     /// again at the first line.
     int GetColumnCount();
     /**
-     * Number of divide chars in the UTF-8 `text` plus 1 (1 for an empty text). A byte of 0x80
-     * or above starts a three-byte character that is stepped over whole, never past the
+     * Number of divide chars in `text` plus 1 (1 for an empty text). A multi-byte character
+     * (a Korean syllable is three bytes of UTF-8) is stepped over whole, never past the
      * terminator.
      */
     int GetColumnCount(char *text);
@@ -90,7 +98,8 @@ public:
 
     /**
      * Reads the next field of the current line into `buffer` of `size` bytes (see the class
-     * grammar); characters beyond size - 1 are dropped. Returns 1 when a field was taken, 0 at
+     * grammar); from the first character that does not fit whole in size - 1 bytes on, the
+     * field is dropped. Returns 1 when a field was taken, 0 at
      * the end of the line (also for blanks alone after the last delimiter).
      */
     int GetString(char *buffer, int size);
@@ -123,8 +132,10 @@ public:
     static int RemoveStartSpace(char *buffer, int size);
 
     /**
-     * Writes the UTF-8 `source` as one cell into `dest` of `size` bytes: at most size - 1
-     * bytes, never half a character, trailing spaces cut off. With `escape`, a comma becomes
+     * Writes the 8-bit `source` as one cell into `dest` of `size` bytes: at most size - 1
+     * bytes, never half a character, every trailing space cut off. A valid UTF-8 sequence is
+     * one character; any other byte of 0x80 or above leads a two-byte character ("a" and the
+     * two bytes B0 A1 fit whole in 4 bytes and give "a" alone in 3). With `escape`, a comma becomes
      * '`' and a carriage return or line feed '^'. A '`' or '^' already in the text is
      * deliberately left alone, so it reads back as a comma or a line break.
      */

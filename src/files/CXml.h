@@ -29,8 +29,11 @@ public:
      * Writes the document to `path` (UTF-8, existing content replaced) and then empties it.
      * The text starts with the fixed declaration
      * `<?xml version="1.0" encoding="UTF-8" standalone="no"?>` and indents each level with a
-     * tab, for up to 10 levels; a deeper line keeps its surplus as spaces before 10 tabs. When
-     * the file cannot be opened nothing is written and the document is kept.
+     * tab, for up to 10 levels; a deeper line keeps its surplus as spaces before 10 tabs. The
+     * indentation rule turns every run of up to 10 spaces directly before "<" into tabs, also
+     * inside a text: a value ending in spaces, followed by a child element or its own closing
+     * tag, is saved with those spaces as tabs. When the file cannot be opened nothing is written
+     * and the document is kept.
      *
      * Saving deliberately ends the document's life: after a save the document is empty, nodes
      * still held refer to elements no longer in it, and a second save writes the declaration

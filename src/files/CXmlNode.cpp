@@ -2,6 +2,7 @@
 #include "CXmlNode.h"
 
 #include "CXmlEx.h"
+#include "XmlNames_p.h"
 
 namespace TreeXml {
 
@@ -14,8 +15,9 @@ CXmlNode *CXmlNode::GetChild(CXmlEx &doc, char const *name)
 {
     CXmlNode *child = new CXmlNode;
     child->m_pDoc = &doc;
-    child->m_Element = doc.m_Xml.m_Doc.createElement(QString::fromLatin1(name ? name : ""));
-    m_Element.appendChild(child->m_Element);
+    child->m_Element = Detail::createElement(doc.m_Xml.m_Doc, name);
+    if (!child->m_Element.isNull() && !m_Element.isNull())
+        m_Element.appendChild(child->m_Element);
     m_pLastChild = child;
     return child;
 }
@@ -35,9 +37,10 @@ void CXmlNode::RemoveChildren() { }
 
 void CXmlNode::appendText(const QString &text)
 {
-    if (!m_pDoc || text.isEmpty())
+    const QString clean = Detail::xmlText(text);
+    if (!m_pDoc || clean.isEmpty() || m_Element.isNull())
         return;
-    m_Element.appendChild(m_pDoc->m_Xml.m_Doc.createTextNode(text));
+    m_Element.appendChild(m_pDoc->m_Xml.m_Doc.createTextNode(clean));
 }
 
 void CXmlNode::SetValue(char const *text)

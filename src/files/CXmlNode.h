@@ -25,7 +25,8 @@ public:
     /**
      * Appends a new element `name` to this node's element and returns it as a new node, also
      * kept as m_pLastChild. Deliberately never looks for an existing child: every call adds an
-     * element, even under a name that is already there.
+     * element, even under a name that is already there. A name that is not an XML name makes
+     * no element (see CXmlEx::Create); the node comes back without one.
      */
     CXmlNode *GetChild(CXmlEx &doc, char const *name);
     /// Appends the other node's element here, moving it from its former parent.
@@ -37,7 +38,9 @@ public:
 
     /**
      * Each SetValue appends one more text node, so two calls give both texts one after the
-     * other. A node without document (the root node) takes no text.
+     * other. A node without document (the root node) or without element takes no text.
+     * Characters that XML cannot hold (control characters other than tab, line feed and
+     * carriage return) are left out.
      */
     void SetValue(char const *text); ///< Nothing for an empty text.
     /// The string's text; nothing for an empty string.

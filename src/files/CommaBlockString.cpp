@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "CommaBlockString.h"
 
-#include "CommaBlockString_p.h"
+#include "TextRules_p.h"
 
 #include <cstring>
 

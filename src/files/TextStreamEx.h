@@ -17,5 +17,5 @@ class VANTOR_EXPORT TextStreamEx : public QTextStream
 {
 public:
     /// A stream on `device`; with `byLanguage` false it always keeps the default codec.
-    TextStreamEx(QIODevice *device, bool byLanguage = true);
+    explicit TextStreamEx(QIODevice *device, bool byLanguage = true);
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "CString.h"
 
+#include "TextRules_p.h"
+
 #include <cstdarg>
 #include <cstring>
 
@@ -87,12 +89,8 @@ char *CString::GetData(bool escape) const
 {
     bytes = text.toUtf8();
     if (escape) {
-        for (char &c : bytes) {
-            if (c == ',')
-                c = '`';
-            else if (c == '\r' || c == '\n')
-                c = '^';
-        }
+        for (char &c : bytes)
+            c = VantorText::escapeCellByte(c);
     }
     return bytes.data();
 }
@@ -136,17 +134,6 @@ CString CString::Format(char const *format, ...)
     va_list ap;
     va_start(ap, format);
     text = QString::vasprintf(format ? format : "", ap);
-    va_end(ap);
-    bytes.clear();
-    return CString(text);
-}
-
-CString CString::Format(CString format, ...)
-{
-    const QByteArray fmt = format.text.toUtf8();
-    va_list ap;
-    va_start(ap, format);
-    text = QString::vasprintf(fmt.constData(), ap);
     va_end(ap);
     bytes.clear();
     return CString(text);
@@ -199,56 +186,10 @@ void MakeString(char *dest, char *src, int size, int escape)
 {
     if (!dest || size <= 0)
         return;
-    if (!src) {
-        dest[0] = 0;
-        return;
+    if (src) {
+        // The source comes over first, as many bytes as fit; the cell is then written over it.
+        const size_t len = std::strlen(src);
+        std::memcpy(dest, src, len < static_cast<size_t>(size) ? len + 1 : size_t(size));
     }
-    const size_t len = std::strlen(src);
-    if (len < static_cast<size_t>(size))
-        std::memcpy(dest, src, len + 1);
-    else
-        std::memcpy(dest, src, static_cast<size_t>(size));
-
-    int spaceStart = -1;
-    int i = 0;
-    for (;;) {
-        const unsigned char c = static_cast<unsigned char>(src[i]);
-        if (c >= 128) {
-            // A two-byte character that would not fit whole is cut off, lead byte included;
-            // so is a lead byte with nothing after it.
-            if (!(i + 1 < size - 1) || src[i + 1] == 0) {
-                dest[i] = 0;
-                break;
-            }
-            i += 2;
-            spaceStart = -1;
-            if (i >= size)
-                break;
-            continue;
-        }
-        if (c == 0)
-            break;
-        if (c == ' ') {
-            if (spaceStart == -1)
-                spaceStart = i;
-        } else {
-            spaceStart = -1;
-        }
-        if (i >= size - 1) {
-            dest[i] = 0;
-            break;
-        }
-        if (escape) {
-            if (c == ',')
-                dest[i] = '`';
-            else if (c == '\r' || c == '\n')
-                dest[i] = '^';
-        }
-        i += 1;
-        if (i >= size)
-            break;
-    }
-    // Trailing spaces go; a text that is spaces from its first byte keeps them.
-    if (spaceStart > 0)
-        dest[spaceStart] = 0;
+    VantorText::copyCell(dest, src, size, escape != 0, VantorText::CellSpaces::TrimTextEnd);
 }

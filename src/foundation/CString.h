@@ -7,6 +7,8 @@
 #include <QChar>
 #include <QString>
 
+#include <type_traits>
+
 /**
  * The library's string value type, with the member names of the classic Windows class-library
  * string, built over QString.
@@ -32,8 +34,8 @@ public:
     void Empty();
 
     bool IsEmpty() const;
-    /// UTF-16 code units of the text, or with `bytes` true the byte count of its UTF-8 form.
-    int GetLength(bool bytes = false) const;
+    /// UTF-16 code units of the text, or with `inBytes` true the byte count of its UTF-8 form.
+    int GetLength(bool inBytes = false) const;
     /**
      * The byte at index `i` of the UTF-8 form, but 0 when `i` is not below the UTF-16 length.
      * The bound and the index deliberately use different measures: for non-ASCII text this
@@ -74,7 +76,18 @@ public:
 
     /// Sets the text to the printf-style formatting (format and %s arguments are UTF-8).
     CString Format(char const *format, ...);
-    CString Format(CString format, ...);
+    /**
+     * The same with the format given as a CString (its UTF-8 form). A template that hands its
+     * arguments on to the form above, so that ported calls compile as before while no
+     * variable argument list starts at a parameter of class type.
+     */
+    template<typename F, typename... Args,
+             typename = std::enable_if_t<std::is_same<std::decay_t<F>, CString>::value>>
+    CString Format(const F &format, Args... args)
+    {
+        const QByteArray utf8 = format.text.toUtf8();
+        return Format(utf8.constData(), args...);
+    }
     /// Replaces every occurrence of `from` (UTF-8) by `to`; returns a copy of the new text.
     CString Replace(char const *from, char const *to);
     CString Replace(QChar from, QChar to);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PrintMessage.h"
 #include "PrintMessage_p.h"
+#include "TextRules_p.h"
 
 #include "CCommonQueue.h"
 
@@ -174,22 +175,10 @@ void openLogFile(LogFileInfo &info, char const *name, int keepDays, int append, 
     info.Stream = openStream(info.Name, append);
 }
 
-/// Cuts a message that filled the buffer back to its last whole UTF-8 character.
+/// Cuts a message that filled the buffer back to its last whole character.
 void cutToWholeCharacter(char *text, int length)
 {
-    int lead = length - 1;
-    int continuation = 0;
-    while (lead >= 0 && continuation < 3 &&
-           (static_cast<unsigned char>(text[lead]) & 0xC0) == 0x80) {
-        --lead;
-        ++continuation;
-    }
-    if (lead < 0)
-        return;
-    const unsigned char c = static_cast<unsigned char>(text[lead]);
-    const int needed = (c & 0xE0) == 0xC0 ? 2 : (c & 0xF0) == 0xE0 ? 3 : (c & 0xF8) == 0xF0 ? 4 : 1;
-    if (needed > continuation + 1 && needed > 1)
-        text[lead] = '\0';
+    text[VantorText::wholeCharacters(text, length, VantorText::TextEnd::CutShort)] = '\0';
 }
 
 /// Formats into a record of LogRecordSize bytes, zero-filled after the text.

@@ -1,9 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include "AfxMessageBox.h"
 
+#include "FileNotice_p.h"
 #include "VantorStrings.h"
 
 #include <QMessageBox>
+
+namespace {
+
+// Missing files that CFileEx::CheckExistence is asked to report are shown in a box: installed
+// when the library is loaded, so the files classes need nothing from this subsystem.
+void showFileNotice(char const *text)
+{
+    AfxMessageBox(text, MB_OK, 0);
+}
+[[maybe_unused]] const bool fileNoticeInstalled =
+    (VantorPrivate::SetFileNoticeFunction(showFileNotice), true);
+
+} // namespace
 
 int AfxMessageBox(const char *text, unsigned int type, unsigned int helpId)
 {

@@ -73,13 +73,17 @@ private slots:
         QTest::addColumn<int>("written");
         QTest::addColumn<QByteArray>("hex");
         row("char", value(char(-1), 1), 1, "ff");
+        row("unsigned char", value((unsigned char)0xC8, 1), 1, "c8");
         row("bool", value(true, 1), 1, "01");
         row("short", value(short(-2), 2), 2, "feff");
+        row("unsigned short", value((unsigned short)0xBEEF, 2), 2, "efbe");
         row("int", value(-3, 4), 4, "fdffffff");
+        row("unsigned int", value(0xDEADBEEFu, 4), 4, "efbeadde");
         row("long is 4 bytes", value(-4L, 4), 4, "fcffffff");
         row("unsigned long is 4 bytes", value(0x12345678UL, 4), 4, "78563412");
         row("float", value(1.5f, 4), 4, "0000c03f");
         row("long long", value(-5LL, 8), 8, "fbffffffffffffff");
+        row("unsigned long long", value(0x0123456789ABCDEFULL, 8), 8, "efcdab8967452301");
         row("double", value(2.5, 8), 8, "0000000000000440");
         row("rect", value(CRect(1, 2, 3, 4), 16), 16, "01000000020000000300000004000000");
         row("empty string", string("", 0), 0, "00000000");
@@ -117,6 +121,19 @@ private slots:
         QCOMPARE(raw.chopped(1).toHex(), hex);
         QVERIFY(f.Seek(0));
         QVERIFY(!record.readBack || record.readBack(f));
+    }
+
+    void flushReachesTheDisk()
+    {
+        // What Flush hands to the system is visible through a second handle before Close.
+        const QString name = m_dir.filePath(QStringLiteral("flushed.bin"));
+        CFile f;
+        QVERIFY(f.Open(CString(name), CFile::modeWrite));
+        QCOMPARE(f.Write(CString("abc")), 3);
+        f.Flush();
+        QFile second(name);
+        QVERIFY(second.open(QIODevice::ReadOnly));
+        QCOMPARE(second.readAll().toHex(), QByteArray("03000000616263"));
     }
 
     void openFlags_data()

@@ -83,8 +83,9 @@ private slots:
         // Every getter in turn over one line. Each takes exactly one field, through the virtual
         // GetString, so that an override changes the grammar of all of them.
         Counting s;
-        s.Set(CString("  -42abc,,x1,99999999999,70000,3000000000,3000000000,-1,65537,300,65,A,,"
-                      "3.5x, 2.25e2,,true,TRUE,True,1,ff,0xFF,1 F,100000000,FFFFFFFF,next"));
+        s.Set(CString(
+            "  -42abc,,x1,99999999999,-99999999999,70000,3000000000,3000000000,-1,65537,300,65,A,,"
+            "3.5x, 2.25e2,,true,TRUE,True,1,ff,0xFF,1 F,100000000,FFFFFFFF,next"));
         QStringList got; // the values of each getter, comma-separated
         auto read = [&got](int fields, auto getter) {
             QStringList values;
@@ -92,7 +93,7 @@ private slots:
                 values << getter();
             got << values.join(',');
         };
-        read(4, [&] { return take<int>(s, &S::GetInt, -7); });
+        read(5, [&] { return take<int>(s, &S::GetInt, -7); });         // saturating both ways
         read(1, [&] { return take<short>(s, &S::GetInt, short(0)); }); // low 16 bits
         read(1, [&] { return take(s, &S::GetLong, 0L); }); // 32 bits whatever the width of long
         read(2, [&] { return take<unsigned long>(s, &S::GetDWORD, 0UL); });
@@ -103,11 +104,11 @@ private slots:
         read(2, [&] { return QString::number(s.GetDouble()); });
         read(4, [&] { return QString::number(s.GetBool()); });
         read(5, [&] { return take(s, &S::GetHexDWORD, 0u); });
-        QCOMPARE(
-            got,
-            QStringList({"-42,0,0,2147483647", "4464", "2147483647", "2147483647,4294967295", "1",
-                         "44", "65,0,32", "3.5", "225,0", "1,1,0,0", "255,255,31,0,4294967295"}));
-        QCOMPARE(s.calls, 25);
+        QCOMPARE(got,
+                 QStringList({"-42,0,0,2147483647,-2147483648", "4464", "2147483647",
+                              "2147483647,4294967295", "1", "44", "65,0,32", "3.5", "225,0",
+                              "1,1,0,0", "255,255,31,0,4294967295"}));
+        QCOMPARE(s.calls, 26);
         QCOMPARE(s.GetString().text, QStringLiteral("next"));
     }
 

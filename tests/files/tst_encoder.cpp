@@ -107,7 +107,7 @@ private slots:
         QTest::addColumn<bool>("warns"); // "not a cyphertext"
         const QByteArray hello("hello"), sum = checksumBE(hello);
         QByteArray lyingSize = qCompress(QByteArray("abc123").repeated(500), 9);
-        qToBigEndian(quint32(0x10000000), lyingSize.data()); // 256 MiB from 3 kB
+        qToBigEndian(quint32(8u << 20), lyingSize.data()); // 8 MiB from a few dozen bytes
         auto row = [](const char *name, const QByteArray &container, const QString &expected,
                       bool warns = false) {
             QTest::newRow(name) << QString::fromLatin1(container.toBase64()) << expected << warns;
@@ -117,7 +117,8 @@ private slots:
         row("checksum cut short", container(2, "x"), QString());
         row("sha1 cut short", container(4, sha1(hello).left(19)), QString());
         row("unprotected", container(0, hello), "hello");
-        row("compressed, size claim too large", container(1, lyingSize), QString());
+        // Refused before anything is allocated, with the container warning.
+        row("compressed, claim beyond deflate's ratio", container(1, lyingSize), QString(), true);
         row("compressed flag over plain text", container(1, hello), QString());
         QTest::newRow("plain words") << "hello world" << QString() << true;
         row("version 4", QByteArray(1, 4) + container(0, hello).mid(1), QString(), true);
@@ -132,6 +133,25 @@ private slots:
             QTest::ignoreMessage(QtWarningMsg, "Invalid version or not a cyphertext.");
         QScopedPointer<Quiet> quiet(warns ? nullptr : new Quiet); // qUncompress complains
         QCOMPARE(CEncoder::Decode(CString(text), Key).text, expected);
+    }
+
+    void decodedSizeIsBounded_data()
+    {
+        QTest::addColumn<int>("size");
+        QTest::addColumn<bool>("decodes");
+        QTest::newRow("16 MiB") << (16 << 20) << true;
+        QTest::newRow("16 MiB + 1") << (16 << 20) + 1 << false;
+    }
+
+    void decodedSizeIsBounded()
+    {
+        QFETCH(int, size);
+        QFETCH(bool, decodes);
+        const CString encoded = CEncoder::Encode(CString(QString(size, QLatin1Char('a'))), Key);
+        QVERIFY(encoded.GetLength() < 100000); // compressed, well within the ratio
+        if (!decodes)
+            QTest::ignoreMessage(QtWarningMsg, "Invalid version or not a cyphertext.");
+        QCOMPARE(CEncoder::Decode(encoded, Key).GetLength(), decodes ? size : 0);
     }
 
     void validAndTampered()

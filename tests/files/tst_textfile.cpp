@@ -81,6 +81,12 @@ private slots:
         row("trimmed, blanks after last delimiter", "  lead,\ttrail  ,  ", {"0:lead|trail"}, 1, -1);
         row("space divide, runs are one", "a   b  c", {"0:a|b|c"}, 1, -1, ' ');
         row("over-long field cut", "abcdef,g", {"0:abc|g"}, 1, 2, ',', 4);
+        // Cuts keep characters whole: a UTF-8 sequence, or a double-byte pair (B0 A1).
+        row("field cut before a syllable", "a가나,b", {"0:a가|b"}, 1, 2, ',', 6);
+        row("line cut before a syllable", QByteArray(19998, 'x') + "가\nnext",
+            {"0:" + QString(19998, QLatin1Char('x')), "0:next"}, 2, 1, ',', 30000);
+        row("double-byte pairs are two bytes", "\xB0\xA1,ab\xB0\xA1,c",
+            {"0:" + QString::fromUtf8("\xB0\xA1") + "|ab|c"}, 1, 3, ',', 4);
     }
 
     void read()
@@ -144,12 +150,14 @@ private slots:
     void columnCountOfText()
     {
         QVector<int> got;
-        for (const char *text : {"", "가,나,다", "a,\xEA\xB0", "a,b,\xEA"}) {
+        for (const char *text :
+             {"", "가,나,다", "a,\xEA\xB0", "a,b,\xEA", "é,b", "\xB0\xA1,b", ",a"}) {
             // An exact-size heap copy, so that a read past the terminator is caught under ASan.
             QScopedArrayPointer<char> exact(qstrdup(text));
             got << CTextFile().GetColumnCount(exact.get());
         }
-        QCOMPARE(got, QVector<int>({1, 3, 2, 3})); // the last two end inside a character
+        // "a,\xEA\xB0" and "a,b,\xEA" end inside a character.
+        QCOMPARE(got, QVector<int>({1, 3, 2, 3, 2, 2, 2}));
     }
 
     void makeString_data()
@@ -162,6 +170,14 @@ private slots:
             << QByteArray("x`^,b\r\nc  ") << 20 << true << QByteArray("x`^`b^^c");
         QTest::newRow("cut at size - 1") << QByteArray("abcdef") << 4 << true << QByteArray("abc");
         QTest::newRow("character cut whole") << QByteArray("a수") << 4 << true << QByteArray("a");
+        QTest::newRow("double-byte pair fits")
+            << QByteArray("a\xB0\xA1") << 4 << false << QByteArray("a\xB0\xA1");
+        QTest::newRow("double-byte pair cut whole")
+            << QByteArray("a\xB0\xA1") << 3 << false << QByteArray("a");
+        // Unlike the free MakeString, a cell loses every space at its end.
+        QTest::newRow("all spaces go") << QByteArray("   ") << 4 << false << QByteArray("");
+        QTest::newRow("spaces before a cut letter go")
+            << QByteArray("x  yz") << 4 << false << QByteArray("x");
     }
 
     void makeString()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <CXmlEx.h>
+#include <PrintMessage.h>
 
 #include <QtTest>
 
@@ -70,6 +71,9 @@ private slots:
         row("latin-1 text, escaped", set("a<b&\xe9"), "a&lt;b&amp;\xc3\xa9");
         row("utf-8 string", set(CString("한글")), "한글");
         row("texts append, empty ones add nothing", set("x", "", CString(), 7), "x7");
+        row("characters XML cannot hold are left out", set("a\x01\x1F\tb"), "a\tb");
+        // The indentation rule also turns spaces before a closing tag into tabs.
+        row("trailing spaces saved as tabs", set("v  "), "v\t\t");
     }
 
     void setValue()
@@ -106,6 +110,46 @@ private slots:
         QCOMPARE(save(xml, "second.xml"), declaration);
         xml.Create("Again");
         QCOMPARE(save(xml, "third.xml"), declaration + "<Again/>\n");
+    }
+
+    void elementNames_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<bool>("accepted");
+        for (const char *name : {"", "a b", "a<b>", "1a", "-a", "x:y", "a\"b", "a\xD7"})
+            QTest::newRow(name) << QByteArray(name) << false; // \xD7: the multiplication sign
+        for (const char *name : {"_x", "\xE9t\xE9-1.2", "xmlData"})
+            QTest::newRow(name) << QByteArray(name) << true;
+    }
+
+    void elementNames()
+    {
+        QFETCH(QByteArray, name);
+        QFETCH(bool, accepted);
+        static QStringList messages;
+        messages.clear();
+        SetPrintMessageFunction([](CString text) { messages << text.text; });
+        QCOMPARE(CXmlEx().Create(name.constData()), int(accepted));
+        CXmlEx xml;
+        xml.Create("R");
+        CXmlNode *root = xml.m_Xml.GetRoot();
+        CXmlNode *made = keep(xml.CreateNode(root, name.constData()));
+        made->SetValue(1);
+        keep(made->GetChild(xml, "Under"));
+        keep(root->GetChild(xml, name.constData()))->SetValue("x");
+        keep(root->GetChild(xml, "Ok"))->SetValue(2);
+        const QByteArray file = save(xml, "names.xml");
+        SetPrintMessageFunction(nullptr);
+        const QByteArray utf8 = QString::fromLatin1(name).toUtf8(), open = "<" + utf8;
+        const QByteArray expected = accepted
+            ? open + ">1<Under/>\n\t</" + utf8 + ">\n\t" + open + ">x</" + utf8 + ">\n\t"
+            : QByteArray();
+        QCOMPARE(file, declaration + "<R>\n\t" + expected + "<Ok>2</Ok>\n</R>\n");
+        // Each refusal is reported once: Create, CreateNode and GetChild.
+        QCOMPARE(messages.size(), accepted ? 0 : 3);
+        for (const QString &message : messages)
+            QVERIFY2(message.contains("\"" + QString::fromLatin1(name) + "\""),
+                     qPrintable(message));
     }
 
     void indentation()
