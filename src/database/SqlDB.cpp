@@ -202,6 +202,8 @@ void SqlDB::ShowErrorMessage()
 
 void SqlDB::ShowErrorMessage(const char *text)
 {
+    if (!text)
+        text = "";
     if (m_bShowMessageBox)
         AfxMessageBox(text, 0, 0);
     else
