@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
 """Applies plausible one-line faults to the sources, one at a time, and tells which are caught.
 
-Each entry of the mutation list (default: scripts/mutations.txt) is one line of five fields
-separated by " @@ ":
+Each entry of a mutation list (default: every scripts/mutations/*.txt, one list per area) is one
+line of five fields separated by " @@ ":
 
     source file @@ text to replace @@ replacement @@ targets to build @@ ctest pattern
 
@@ -11,7 +11,9 @@ builds the named targets in the build folder (default build/), runs the matching
 KILLED (a test failed), SURVIVED (all passed) or BROKEN (the fault does not compile), and puts
 the file back as it was, also when interrupted. Lines starting with "#" are comments.
 
-    python3 scripts/mutation-pass.py [list] [--build DIR] [--only SUBSTRING]
+    python3 scripts/mutation-pass.py [list...] [--build DIR] [--only SUBSTRING]
+
+Backslash escapes in the texts are decoded ("\\n" is a line break).
 """
 import argparse
 import os
@@ -41,20 +43,22 @@ def main():
     signal.signal(signal.SIGINT, interrupted)
     signal.signal(signal.SIGTERM, interrupted)
     parser = argparse.ArgumentParser()
-    parser.add_argument("list", nargs="?", default=str(top / "scripts" / "mutations.txt"))
+    parser.add_argument("lists", nargs="*",
+                        default=sorted(str(p) for p in (top / "scripts" / "mutations").glob("*.txt")))
     parser.add_argument("--build", default=str(top / "build"))
     parser.add_argument("--only", default="")
     args = parser.parse_args()
 
     entries = []
-    for number, line in enumerate(pathlib.Path(args.list).read_text().splitlines(), 1):
-        if not line.strip() or line.lstrip().startswith("#"):
-            continue
-        fields = [f.strip() for f in line.split(" @@ ")]
-        if len(fields) != 5:
-            sys.exit(f"{args.list}:{number}: five fields expected")
-        if args.only in line:
-            entries.append((number, *fields))
+    for listPath in args.lists:
+        for number, line in enumerate(pathlib.Path(listPath).read_text().splitlines(), 1):
+            if not line.strip() or line.lstrip().startswith("#"):
+                continue
+            fields = [f.strip() for f in line.split(" @@ ")]
+            if len(fields) != 5:
+                sys.exit(f"{listPath}:{number}: five fields expected")
+            if args.only in line:
+                entries.append((number, *fields))
 
     survivors = 0
     for number, source, old, new, targets, pattern in entries:
