@@ -260,15 +260,7 @@ int CTimeEx::RemakeTime(TimeStruct *ts)
         }
     }
 
-    ts->year = year;
-    ts->month = std::int8_t(month);
-    ts->day = std::int8_t(day);
-    ts->hour = std::int8_t(hour);
-    ts->minute = std::int8_t(minute);
-    ts->second = std::int8_t(second);
-    ts->dayOfWeek = std::int8_t(GetWeekDay(year, month, day));
-    ts->week = std::int8_t(GetWeek(year, month, day));
-    return ts->week;
+    return fillRecord(*this, ts, year, month, day, hour, minute, second, true);
 }
 
 int CTimeEx::GetBeforeTime(TimeStruct &ts, int kind)
