@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QThread>
 
+#include <atomic>
 #include <cstdio>
 #include <string>
 #include <thread>
@@ -41,14 +42,17 @@ int main(int argc, char **argv)
             PrintMessage("message %05d\n", i);
         StartPrintMessageThread();
     } else if (argc > 2 && scenario == "threads") {
-        // Four threads overflow the ring while no writer runs; the library writes out what the
-        // ring kept as it is unloaded.
+        // Eight threads, started together, overflow the ring while no writer runs; the library
+        // writes out what the ring kept as it is unloaded.
         ExternPrintMessageFlag = 0;
         SetLogFile(argv[2], 0);
+        std::atomic<int> ready {0};
         std::vector<std::thread> threads;
-        for (int t = 0; t < 4; ++t)
-            threads.emplace_back([t] {
-                for (int i = 0; i < 6000; ++i)
+        for (int t = 0; t < 8; ++t)
+            threads.emplace_back([t, &ready] {
+                for (++ready; ready < 8;)
+                    std::this_thread::yield();
+                for (int i = 0; i < 1300; ++i)
                     PrintMessage("T%d %05d %s\n", t, i, std::string(40, char('a' + t)).c_str());
             });
         for (std::thread &t : threads)

@@ -241,6 +241,18 @@ private slots:
         QCOMPARE(QList<int>({r.start(), r.end()}), QList<int>({0, 0}));
     }
 
+    // Positions that went negative (a block written by a faulty peer) restart at slot 0.
+    void negativePositions()
+    {
+        CCommonQueue q(8, "", CCommonQueue::FifoMode, 4, CCommonQueue::LockAdds);
+        const Raw r {q, 8};
+        qToUnaligned<qint32>(-3, r.b());
+        qToUnaligned<qint32>(-1, r.b() + 4);
+        int pos = -1;
+        QVERIFY(q.Add(zeros, &pos, 1000, 1, nullptr));
+        QCOMPARE(QList<int>({pos, r.start(), r.end()}), QList<int>({0, 0, 1}));
+    }
+
     // Sizes no block can have, and a smaller segment under the same key: refused, not overrun.
     void badGeometry()
     {
@@ -270,13 +282,20 @@ private slots:
         QVERIFY(q.detach());
         record.fill('b');
         QVERIFY(q.Add(record.data(), nullptr, 1000, 1, nullptr)); // attached again
+        // Re-attached by the caller, with another segment mapped where the ring was before.
+        QVERIFY(q.detach());
+        QSharedMemory occupier(key + QLatin1String("-occupier"));
+        QVERIFY(occupier.create(120));
+        QVERIFY(q.attach());
+        QVERIFY(q.Add(record.data(), nullptr, 1000, 1, nullptr));
+        QCOMPARE(QByteArray(static_cast<const char *>(occupier.data()), 120), QByteArray(120, 0));
         q.setKey(small);
         QVERIFY(!q.Add(record.data(), nullptr, 1000, 1, nullptr)); // refused, not overrun
         QCOMPARE(q.GetCount(), 0);
         QCOMPARE(QByteArray(static_cast<const char *>(tooSmall.data()), 64), QByteArray(64, 0));
         q.setKey(key);
         QVERIFY(q.attach());
-        QCOMPARE(q.GetCount(), 2);
+        QCOMPARE(q.GetCount(), 3);
         QCOMPARE(QByteArray(q.Get(), 16), QByteArray(16, 'a'));
         QCOMPARE(QByteArray(q.Get(), 16), QByteArray(16, 'b'));
         QCOMPARE(qFromUnaligned<qint32>(keep.data()), 2); // StartPos, in the one segment
