@@ -8,9 +8,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QThread>
 
 #include <atomic>
+#include <condition_variable>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -54,6 +54,8 @@ public:
     ~LogModule();
 
     void startWriter();
+    void requestStop();
+    bool waitForRecord(char *record);
     bool takeRecord(char *record);
     void writeRecord(const char *record);
     void flush();
@@ -65,8 +67,10 @@ public:
 
     CCommonQueue queue;
     // The ring has many adders and one taker; the taker copies a record out under this lock so
-    // that no Add can write over the slot while it is being read.
+    // that no Add can write over the slot while it is being read. The writer sleeps on
+    // `queued` (under this lock) until a message is added or a stop is requested.
     std::mutex queueLock;
+    std::condition_variable queued;
     LogFileInfo file;
 
     std::mutex writerLock;
@@ -79,7 +83,7 @@ public:
 bool moduleAlive = false;
 
 LogModule::LogModule()
-    : queue(LogRecordSize, "", 0, LogRecordCount, 1)
+    : queue(LogRecordSize, "", CCommonQueue::FifoMode, LogRecordCount, CCommonQueue::LockAdds)
 {
     moduleAlive = true;
 }
@@ -90,7 +94,7 @@ LogModule::~LogModule()
         std::lock_guard<std::mutex> guard(writerLock);
         if (writer.joinable()) {
             unloading = true;
-            stopFlag = 1;
+            requestStop();
             writer.join();
         }
     }
@@ -195,18 +199,42 @@ void formatRecord(char *record, char const *format, va_list args)
 
 void addToLog(char *record)
 {
-    std::lock_guard<std::mutex> locker(logModule.queueLock);
-    // A full ring gives up its oldest message for the newest; left alone, the ring would wrap
-    // onto its read position and read as empty, losing every queued message at once.
-    if (logModule.queue.GetCount() >= LogRecordCount - 1)
-        logModule.queue.Delete(1);
-    logModule.queue.Add(record, nullptr, 10000, 1, nullptr);
+    {
+        std::lock_guard<std::mutex> locker(logModule.queueLock);
+        // A full ring gives up its oldest message for the newest; left alone, the ring would wrap
+        // onto its read position and read as empty, losing every queued message at once.
+        if (logModule.queue.GetCount() >= LogRecordCount - 1)
+            logModule.queue.Delete(1);
+        logModule.queue.Add(record, nullptr, 10000, 1, nullptr);
+    }
+    logModule.queued.notify_one();
+}
+
+void LogModule::requestStop()
+{
+    {
+        // Set under the lock the writer waits with, so that the request cannot slip in between
+        // its test of the flag and its sleep.
+        std::lock_guard<std::mutex> locker(queueLock);
+        stopFlag = 1;
+    }
+    queued.notify_all();
+}
+
+/// Sleeps until a message is queued or a stop is requested; false on a stop.
+bool LogModule::waitForRecord(char *record)
+{
+    std::unique_lock<std::mutex> locker(queueLock);
+    queued.wait(locker, [this] { return stopFlag.load() || queue.GetCount() > 0; });
+    locker.unlock();
+    return !stopFlag.load() && takeRecord(record);
 }
 
 bool LogModule::takeRecord(char *record)
 {
     std::lock_guard<std::mutex> locker(queueLock);
-    const char *data = queue.Get(-1, 0, 0, nullptr);
+    const char *data = queue.Get(CCommonQueue::SearchAll, CCommonQueue::StatusAny,
+                                 CCommonQueue::Relative, nullptr);
     if (!data)
         return false;
     const size_t length = strnlen(data, LogRecordSize - 1);
@@ -246,24 +274,20 @@ void LogModule::flush()
 }
 
 /// Copies queued messages into the log file until the stop flag is set; returns 1 then.
-/// The file is flushed whenever the ring runs empty, so a message is on disk within a moment.
+/// The writer sleeps while the ring is empty, and flushes the file whenever the ring runs empty,
+/// so a message is on disk a moment after it was logged.
 int LogWriterLoop()
 {
     char record[LogRecordSize];
-    bool unflushed = false;
     for (;;) {
         if (logModule.stopFlag.load())
             return 1;
-        if (!logModule.logFileSet.load() || !logModule.takeRecord(record)) {
-            if (unflushed) {
-                logModule.flush();
-                unflushed = false;
-            }
-            QThread::msleep(1);
-            continue;
+        if (!logModule.takeRecord(record)) {
+            logModule.flush();
+            if (!logModule.waitForRecord(record))
+                continue;
         }
         logModule.writeRecord(record);
-        unflushed = true;
     }
 }
 
@@ -340,7 +364,7 @@ void SetLogFile(char const *name, int keepDays)
 
 void ClosePrintMessageThread()
 {
-    logModule.stopFlag = 1;
+    logModule.requestStop();
 }
 
 bool StartPrintMessageThread()

@@ -3,7 +3,11 @@
 
 /**
  * @file PrintMessage.h
- * The message log: the library's one diagnostic channel.
+ * The message log.
+ *
+ * The library's diagnostics go through PrintMessage, and through nothing else. The one exception
+ * is the process launcher (ExecuteApp), which alone writes to Qt's debug stream, under the
+ * logging category "vantor"; no other code of the library writes to Qt's debug stream.
  *
  * PrintMessage formats a message printf-style and routes it two ways:
  * - to the log: once SetLogFile has been called, the message (cut to 2,047 bytes) is queued in a
@@ -18,10 +22,11 @@
  * The log writer. The library starts no thread by itself: a log file fills only while the
  * writer runs, which the application starts with StartPrintMessageThread(). Until then messages
  * wait in the ring; when the ring is full the oldest message gives way to the newest. While the
- * writer runs a message reaches the disk within about 100 ms (the file is flushed whenever the
- * ring runs empty). ClosePrintMessageThread() stops the writer; messages still queued stay in
- * the ring for a later StartPrintMessageThread(). When the library is unloaded a running writer
- * is stopped, writes everything still queued, and is joined before the log is closed.
+ * writer runs a message reaches the disk within about 100 ms: the writer sleeps until a message
+ * is queued, and flushes the file whenever the ring runs empty. ClosePrintMessageThread() stops the
+ * writer; messages still queued stay in the ring for a later StartPrintMessageThread(). When the
+ * library is unloaded a running writer is stopped, writes everything still queued, and is joined
+ * before the log is closed.
  *
  * The log file. SetLogFile(name, keepDays) with keepDays 0 writes one undated file under the
  * given name. With keepDays nonzero the log is kept per day under dated names: the date

@@ -44,16 +44,36 @@ inline void storeBoth(QUEUEMEM *q, std::uint64_t v)
 }
 #endif
 
-// Serialises the first reach of a named segment by several threads sharing one queue object.
+// Serialises reaching a named segment by several threads sharing one queue object.
 QBasicMutex g_reachMutex;
+
+// Holds the segment lock of a queue for one scope, when it was asked for and could be taken.
+class SegmentLocker
+{
+public:
+    SegmentLocker(QSharedMemory &memory, bool take)
+        : m_memory(memory)
+        , m_held(take && memory.lock())
+    { }
+    ~SegmentLocker()
+    {
+        if (m_held)
+            m_memory.unlock();
+    }
+
+private:
+    Q_DISABLE_COPY(SegmentLocker)
+    QSharedMemory &m_memory;
+    const bool m_held;
+};
 
 } // namespace
 
 CCommonQueue::CCommonQueue()
     : m_pQueue(nullptr)
     , m_pMutex(new QMutex)
-    , m_nLock(1)
-    , m_nMode(0)
+    , m_nLock(LockAdds)
+    , m_nMode(FifoMode)
     , m_nCount(0)
     , m_nSize(12)
 { }
@@ -61,8 +81,8 @@ CCommonQueue::CCommonQueue()
 CCommonQueue::CCommonQueue(int nDataSize, char const *pKey, int nMode, int nCount, int nLock)
     : m_pQueue(nullptr)
     , m_pMutex(nullptr)
-    , m_nLock(1)
-    , m_nMode(0)
+    , m_nLock(LockAdds)
+    , m_nMode(FifoMode)
     , m_nCount(0)
     , m_nSize(12)
 {
@@ -127,9 +147,24 @@ BOOL CCommonQueue::Init()
 
 QUEUEMEM *CCommonQueue::GetQueue()
 {
-    if (QUEUEMEM *q = m_pQueue.loadAcquire())
-        return q;
-    return reachBlock();
+    QUEUEMEM *q = m_pQueue.loadAcquire();
+    if (m_strName.isEmpty())
+        return q ? q : reachBlock();
+    // The caller may have detached, re-keyed or attached the handle since: the ring is wherever
+    // the handle is attached now.
+    return q && q == data() && size() >= blockBytes(m_nCount, m_nSize) ? q : reachBlock();
+}
+
+QUEUEMEM *CCommonQueue::attachedBlock()
+{
+    void *d = data();
+    if (!d || size() < blockBytes(m_nCount, m_nSize)) {
+        // No segment, or one of another geometry under the key: never index past its end.
+        m_pQueue.storeRelease(nullptr);
+        return nullptr;
+    }
+    m_pQueue.storeRelease(static_cast<QUEUEMEM *>(d));
+    return static_cast<QUEUEMEM *>(d);
 }
 
 QUEUEMEM *CCommonQueue::reachBlock()
@@ -150,23 +185,12 @@ QUEUEMEM *CCommonQueue::reachBlock()
     }
 
     QMutexLocker locker(&g_reachMutex);
-    if (QUEUEMEM *q = m_pQueue.loadAcquire())
-        return q;
     if (!isAttached())
         attach(QSharedMemory::ReadWrite);
     // A new segment starts zeroed by the system.
     if (!isAttached())
         create(int(total), QSharedMemory::ReadWrite);
-    void *d = data();
-    if (!d)
-        return nullptr;
-    if (size() < total) {
-        // A segment of another geometry under the same key: never index past its end.
-        detach();
-        return nullptr;
-    }
-    m_pQueue.storeRelease(static_cast<QUEUEMEM *>(d));
-    return static_cast<QUEUEMEM *>(d);
+    return attachedBlock();
 }
 
 char *CCommonQueue::GetMem(QUEUEMEM *pQueue)
@@ -187,16 +211,8 @@ BOOL CCommonQueue::Add(char *pData, int *pPos, int nTimeOut, int nRetry, int *pP
 
     // Threads of this process are serialised by the mutex; other processes by the segment lock.
     // A process-local queue has no segment and relies on the mutex alone.
-    QMutex *mutex = m_nLock ? m_pMutex : nullptr;
-    if (mutex)
-        mutex->lock();
-    const bool segmentLocked = m_nLock && !m_strName.isEmpty() && lock();
-    auto release = [&]() {
-        if (segmentLocked)
-            unlock();
-        if (mutex)
-            mutex->unlock();
-    };
+    QMutexLocker threads(m_nLock ? m_pMutex : nullptr);
+    const SegmentLocker processes(*this, m_nLock && !m_strName.isEmpty());
 
     if (loadPos(q->StartPos) < 0)
         storePos(q->StartPos, 0);
@@ -204,15 +220,11 @@ BOOL CCommonQueue::Add(char *pData, int *pPos, int nTimeOut, int nRetry, int *pP
     if (end < 0) {
         end = 0;
         storePos(q->EndPos, 0);
-        if (m_nCount <= 0) {
-            release();
+        if (m_nCount <= 0)
             return FALSE;
-        }
     }
-    if (end >= m_nCount) {
-        release();
+    if (end >= m_nCount)
         return FALSE;
-    }
 
     if (pPos)
         *pPos = end;
@@ -220,14 +232,13 @@ BOOL CCommonQueue::Add(char *pData, int *pPos, int nTimeOut, int nRetry, int *pP
         *pPos2 = end;
     char *slot = GetMem(q) + qint64(end) * m_nSize;
     auto *item = reinterpret_cast<QUEUEITEM *>(slot);
-    item->Status = 1;
+    item->Status = StatusReady;
     item->TimeOut = WORD(nTimeOut & 0xFFFF);
-    item->Retry = (m_nMode == 2) ? 1 : BYTE(((nRetry > 0 ? nRetry : 1) - 1) & 0xFF);
+    item->Retry = (m_nMode == EndlessJobMode) ? 1 : BYTE(((nRetry > 0 ? nRetry : 1) - 1) & 0xFF);
     item->Expiry = GetMSecsSinceEpoch() + nTimeOut;
     std::memcpy(slot + sizeof(QUEUEITEM), pData, size_t(m_nSize) - sizeof(QUEUEITEM));
 
     storePos(q->EndPos, end + 1 >= m_nCount ? 0 : end + 1);
-    release();
     return TRUE;
 }
 
@@ -240,7 +251,7 @@ char *CCommonQueue::Get(int nPos, int nStatus, int bAbsolute, int *pPos)
     const int start = loadPos(q->StartPos);
     const int end = loadPos(q->EndPos);
 
-    if (m_nMode == 0) {
+    if (m_nMode == FifoMode) {
         if (start == end || start < 0 || start >= m_nCount)
             return nullptr;
         char *data = mem + qint64(start) * m_nSize + sizeof(QUEUEITEM);
@@ -253,7 +264,7 @@ char *CCommonQueue::Get(int nPos, int nStatus, int bAbsolute, int *pPos)
     const long long now = GetMSecsSinceEpoch();
     int index;
     int budget;
-    if (nPos < 0) {
+    if (nPos <= SearchAll) {
         if (m_nCount <= 0)
             return nullptr;
         index = start;
@@ -272,19 +283,20 @@ char *CCommonQueue::Get(int nPos, int nStatus, int bAbsolute, int *pPos)
             return nullptr;
         QUEUEITEM *item = slotAt(mem, index, m_nSize);
         const bool expired = item->Expiry < now;
-        if (item->Status != 0 && expired && item->Retry == 0) {
+        if (item->Status != StatusFree && expired && item->Retry == 0) {
             // Retries spent: the record is abandoned.
-            item->Status = 0;
-            if (nStatus == 3)
+            item->Status = StatusFree;
+            if (nStatus == StatusDone)
                 continue;
-        } else if (item->Status != 0 && nStatus != 3 && item->Status != nStatus && expired) {
+        } else if (item->Status != StatusFree && nStatus != StatusDone && item->Status != nStatus &&
+                   expired) {
             // Waited too long: back to ready. Mode 2 re-arms without end.
-            if (m_nMode != 2)
+            if (m_nMode != EndlessJobMode)
                 item->Retry = BYTE(item->Retry - 1);
-            item->Status = 1;
+            item->Status = StatusReady;
             item->Expiry = now + (item->TimeOut ? item->TimeOut : 1);
         }
-        const bool match = nStatus == 0 || item->Status == BYTE(nStatus);
+        const bool match = nStatus == StatusAny || item->Status == BYTE(nStatus);
         if (match) {
             if (pPos)
                 *pPos = index;
@@ -310,7 +322,7 @@ void CCommonQueue::trim(QUEUEMEM *q)
     int start = loadPos(q->StartPos);
     const int end = loadPos(q->EndPos);
     for (int n = 0; n < m_nCount && start != end; ++n) {
-        if (start < 0 || start >= m_nCount || slotAt(mem, start, m_nSize)->Status != 0)
+        if (start < 0 || start >= m_nCount || slotAt(mem, start, m_nSize)->Status != StatusFree)
             break;
         start = start + 1 >= m_nCount ? 0 : start + 1;
     }

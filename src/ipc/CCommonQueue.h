@@ -68,21 +68,71 @@ static_assert(offsetof(QUEUEITEM, Retry) == 1 && offsetof(QUEUEITEM, TimeOut) ==
  * between the threads of this process through the queue's own mutex (a process-local queue has
  * no segment and relies on the mutex alone). Every other operation takes no lock: one taker per
  * queue, many adders.
+ *
+ * The queue is itself the segment's QSharedMemory handle. A caller may use the inherited
+ * setKey(), attach() and detach(): a named queue finds its ring in whatever segment the handle is
+ * attached to at each operation (attaching again, or creating the segment, when it was
+ * detached), and refuses a segment too small for its ring. A process-local queue keeps its
+ * private block whatever the handle does.
+ *
+ * The mode, status, position and lock arguments are plain ints, so that ported calls such as
+ * Add(record, nullptr, 10000, 1, nullptr) compile and mean what they meant; the enums below give
+ * the same numbers names for new code.
  */
 class VANTOR_EXPORT CCommonQueue : public QSharedMemory
 {
 public:
+    /// The mode number: how the ring is used.
+    enum QueueMode {
+        /// First in, first out; the status byte is not used.
+        FifoMode = 0,
+        /// A job table: expired records are put back to ready while their retries last.
+        JobMode = 1,
+        /// A job table whose expired records are put back to ready without end.
+        EndlessJobMode = 2
+    };
+    /// The status byte of a record. The queue itself writes only Free and Ready; Sent and Done
+    /// are the usual values of the caller, who may use any other byte value as well.
+    enum RecordStatus {
+        /// Free slot; as the status wanted by Get, it matches any slot.
+        StatusFree = 0,
+        StatusAny = 0,
+        /// Ready to be handed out (set by Add and by re-arming).
+        StatusReady = 1,
+        /// Handed out and waiting for its answer, by convention.
+        StatusSent = 2,
+        /// Done, by convention; a search for it re-arms nothing.
+        StatusDone = 3
+    };
+    /// How a position argument counts.
+    enum PositionBase {
+        /// From StartPos.
+        Relative = 0,
+        /// As a slot index.
+        Absolute = 1
+    };
+    /// The position argument of Get that searches the ring from StartPos.
+    enum SearchPosition { SearchAll = -1 };
+    /// The lock flag.
+    enum AddLocking {
+        /// Add takes no lock.
+        NoLock = 0,
+        /// Add is exclusive across processes and threads.
+        LockAdds = 1
+    };
+
     /// A queue with no key and the lock flag on; call SetInfo before use.
     CCommonQueue();
     /**
      * @param nDataSize bytes of caller data per record (the slot adds a 12-byte header)
      * @param pKey segment key (taken as Latin-1); empty or null for a process-local queue
-     * @param nMode 0 plain ring, 1 status search with retries, 2 status search re-arming forever
+     * @param nMode a QueueMode: 0 plain ring, 1 job table with retries, 2 job table re-arming
+     * without end
      * @param nCount number of record slots
-     * @param nLock nonzero: Add is exclusive across processes and threads
+     * @param nLock an AddLocking: nonzero makes Add exclusive across processes and threads
      * Nothing is created or attached yet.
      */
-    CCommonQueue(int nDataSize, char const *pKey, int nMode, int nCount, int nLock = 1);
+    CCommonQueue(int nDataSize, char const *pKey, int nMode, int nCount, int nLock = LockAdds);
     /// Frees a private block; the segment of a named queue is detached.
     ~CCommonQueue() override;
 
@@ -90,9 +140,9 @@ public:
      * Same arguments as the constructor. Deliberately only forgets a block already reached (it is
      * neither freed nor detached here): call SetInfo before first use.
      */
-    void SetInfo(int nDataSize, char const *pKey, int nMode, int nCount, int nLock = 1);
+    void SetInfo(int nDataSize, char const *pKey, int nMode, int nCount, int nLock = LockAdds);
     /// The key's UTF-8 form is used as in the form above.
-    void SetInfo(int nDataSize, CString strKey, int nMode, int nCount, int nLock = 1);
+    void SetInfo(int nDataSize, CString strKey, int nMode, int nCount, int nLock = LockAdds);
 
     /**
      * For the one process that owns a named queue: creates the segment and zeroes it. A segment
@@ -104,8 +154,9 @@ public:
 
     /**
      * The block, reached on first use: a private block is allocated zeroed; a named segment is
-     * attached, or created when it does not exist yet. Null when it cannot be reached (the next
-     * call tries again).
+     * attached, or created when it does not exist yet. A named queue checks at every call that the
+     * handle is still attached to a segment large enough for the ring (see the class comment).
+     * Null when it cannot be reached (the next call tries again).
      */
     QUEUEMEM *GetQueue();
     /// Address of slot 0 in the given block.
@@ -128,13 +179,14 @@ public:
      * matches any slot; a search for 3 re-arms nothing. A found record stays in place.
      * Returns the record's data (valid until it is overwritten) or null; its slot goes to pPos.
      */
-    char *Get(int nPos = -1, int nStatus = 0, int bAbsolute = 0, int *pPos = nullptr);
+    char *Get(int nPos = SearchAll, int nStatus = StatusAny, int bAbsolute = Relative,
+              int *pPos = nullptr);
 
     /// Writes the status byte of a record, then trims free records at the start. 0 when out of
     /// range (beyond one wrap of the ring).
-    BOOL SetStatus(int nPos, int nStatus, int bAbsolute = 0);
+    BOOL SetStatus(int nPos, int nStatus, int bAbsolute = Relative);
     /// Reads the status byte of a record. 0 when out of range.
-    BOOL GetStatus(int nPos, int &nStatus, int bAbsolute = 0);
+    BOOL GetStatus(int nPos, int &nStatus, int bAbsolute = Relative);
 
     /// StartPos + nPos, wrapped once.
     int GetAbsolutePos(int nPos);
@@ -156,6 +208,7 @@ protected:
     QMutex *m_pMutex;
     /// Nonzero: Add is exclusive.
     int m_nLock;
+    /// A QueueMode.
     int m_nMode;
     /// Record slots in the ring.
     int m_nCount;
@@ -167,6 +220,7 @@ protected:
 private:
     Q_DISABLE_COPY(CCommonQueue)
     QUEUEMEM *reachBlock();
+    QUEUEMEM *attachedBlock();
     int normalise(QUEUEMEM *q, int nPos, int bAbsolute) const;
     void trim(QUEUEMEM *q);
 };

@@ -6,10 +6,15 @@
 
 #include <QThread>
 
+#include <atomic>
+
 /**
  * Base of the application's worker threads: a QThread with two handshake flags and a bounded
  * wait for the worker's end. run() is left to the derived class, which sets m_bExited as its
  * last act.
+ *
+ * The flags are written by one thread and read by another, so they are atomic; they are still
+ * set and tested as plain booleans (m_bExited = true; if (!m_bControl) ...).
  */
 class VANTOR_EXPORT ThreadBase : public QThread
 {
@@ -26,7 +31,7 @@ public:
     BOOL CheckExited();
 
     /// For the owner and run() to agree on when to stop; the base only initialises it.
-    volatile bool m_bControl;
+    std::atomic<bool> m_bControl;
     /// Set by run() as its last act; CheckExited() waits for it.
-    volatile bool m_bExited;
+    std::atomic<bool> m_bExited;
 };

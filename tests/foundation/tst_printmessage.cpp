@@ -10,9 +10,9 @@
 namespace {
 
 std::atomic<qint64> fakeNow {0};
-void setDay(int day) // noon local time, November 2026
+void setDay(const QDate &day) // noon local time
 {
-    fakeNow = QDateTime(QDate(2026, 11, day), QTime(12, 0)).toSecsSinceEpoch();
+    fakeNow = QDateTime(day, QTime(12, 0)).toSecsSinceEpoch();
     VantorPrivate::setLogClock([] { return fakeNow.load(); });
 }
 
@@ -85,6 +85,58 @@ private slots:
             QCOMPARE(contentOf(file), expected);
     }
 
+    // Eight threads overflow the ring while the writer is stopped: the ring keeps the newest
+    // 9,999 messages, every one whole; of each thread that is an unbroken run up to its last.
+    // The 10,400 messages overflow the ring only near their end, where adders that race past
+    // the full-ring check would wrap it onto its read position and leave fewer lines.
+    void overflowFromThreads()
+    {
+        // The race needs the threads to meet at the full ring: eight rounds make a miss unlikely.
+        for (int round = 0; round < 8; ++round) {
+            const QString file = m_dir.filePath(QString("overflow-%1.log").arg(round));
+            QProcess helper;
+            helper.start(PRINTMESSAGE_HELPER, {"threads", file});
+            QVERIFY(helper.waitForFinished(60000) && helper.exitCode() == 0);
+            const QList<QByteArray> lines = contentOf(file).split('\n');
+            QCOMPARE(lines.size(), 9999 + 1);
+            QCOMPARE(lines.last(), QByteArray());
+            int last[8] = {-1, -1, -1, -1, -1, -1, -1, -1};
+            for (int i = 0; i < 9999; ++i) {
+                const QByteArray &line = lines[i];
+                const int t = line.size() > 1 ? line[1] - '0' : -1;
+                QVERIFY2(t >= 0 && t < 8, line.constData());
+                const int seq = line.mid(3, 5).toInt();
+                QCOMPARE(line,
+                         QString::asprintf("T%d %05d ", t, seq).toLatin1() +
+                             QByteArray(40, char('a' + t)));
+                QVERIFY2(last[t] < 0 || seq == last[t] + 1, line.constData());
+                last[t] = seq;
+            }
+            for (int t = 0; t < 8; ++t)
+                QVERIFY(last[t] < 0 || last[t] == 1299);
+        }
+    }
+
+    // While the writer idles, a message reaches the file at once (documented: within about
+    // 100 ms) and a stop request ends the writer at once. The bounds leave room for a loaded
+    // machine; a writer that missed the wake-up would wait for ever and fail them.
+    void promptWriter()
+    {
+        const QString file = m_dir.filePath("prompt.log");
+        QProcess helper;
+        helper.start(PRINTMESSAGE_HELPER, {"prompt", file});
+        if (!helper.waitForFinished(20000)) {
+            helper.kill();
+            helper.waitForFinished();
+            QFAIL("the writer did not stop");
+        }
+        const QList<QByteArray> ms = helper.readAllStandardOutput().trimmed().split(' ');
+        QCOMPARE(ms.size(), 2);
+        QVERIFY2(ms[0].toInt() >= 0 && ms[0].toInt() < 1000, ms[0].constData());
+        QVERIFY2(ms[1].toInt() < 1000, ms[1].constData());
+        QCOMPARE(contentOf(file), QByteArray("prompt\n"));
+    }
+
     void callback_data()
     {
         QTest::addColumn<QByteArray>("text");
@@ -139,29 +191,36 @@ private slots:
     void datedName_data()
     {
         QTest::addColumn<QString>("name");
+        QTest::addColumn<QDate>("day"); // the day SetLogFile is called; the next day is dated
         QTest::addColumn<QString>("dated");
-        auto row = [](const char *name, const char *plain, const char *dated) {
-            QTest::newRow(name) << QString(plain) << QString(dated);
-        };
-        row("last of several dots", "x.tar.gz", "x.tar20261116.gz");
-        row("no dot: name twice", "log", "log20261116log");
-        row("dot only in the folder", "a.b/log", "a20261116.b/log");
+        QTest::addColumn<QString>("expired"); // two days before the dated one
+        const QDate nov15(2026, 11, 15);
+        QTest::newRow("last of several dots") << "x.tar.gz" << nov15 << "x.tar20261116.gz"
+                                              << "x.tar20261114.gz";
+        QTest::newRow("no dot: name twice") << "log" << nov15 << "log20261116log"
+                                            << "log20261114log";
+        QTest::newRow("dot only in the folder") << "a.b/log" << nov15 << "a20261116.b/log"
+                                                << "a20261114.b/log";
+        QTest::newRow("one-digit month and day, across a year end")
+            << "App.txt" << QDate(2026, 12, 31) << "App20270101.txt"
+            << "App20261230.txt";
     }
     // The first day's file keeps the plain name; from the next day on every message deletes the
     // expired day's file again and reopens the dated one to append.
     void datedName()
     {
         QFETCH(QString, name);
+        QFETCH(QDate, day);
         QFETCH(QString, dated);
+        QFETCH(QString, expired);
         QTemporaryDir dir; // the names are relative to the current folder
         QVERIFY(QDir::setCurrent(dir.path()));
         QVERIFY(QDir().mkpath(QFileInfo(name).path())); // only dated folders are made
-        setDay(15);
+        setDay(day);
         SetLogFile(name.toUtf8().constData(), 2);
         PrintMessage("first\n");
         QTRY_COMPARE(contentOf(name), QByteArray("first\n"));
-        setDay(16);
-        const QString expired = QString(dated).replace("1116", "1114");
+        setDay(day.addDays(1));
         QVERIFY(QDir().mkpath(QFileInfo(expired).path()));
         for (const char *text : {"second\n", "third\n"}) {
             QVERIFY(QFile(expired).open(QIODevice::WriteOnly));

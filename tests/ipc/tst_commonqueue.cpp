@@ -7,20 +7,12 @@
 #include <QtTest>
 
 #include <algorithm>
-#include <array>
-#include <tuple>
 #include <vector>
 
 static const auto now = [] { return QDateTime::currentMSecsSinceEpoch(); };
 static char zeros[16]; // an empty record
 // QCOMPARE on char pointers compares the strings; this compares the addresses.
 static const auto addr = [](const char *p) -> const void * { return p; };
-using Ring = std::tuple<int, int, QString, QList<int>>;
-using Job = std::array<int, 5>;
-using Lookup = std::array<int, 7>;
-Q_DECLARE_METATYPE(Ring)
-Q_DECLARE_METATYPE(Job)
-Q_DECLARE_METATYPE(Lookup)
 
 // The block read at the byte offsets other processes rely on, not through the queue's structs.
 struct Raw
@@ -52,20 +44,25 @@ private slots:
 
     void ring_data()
     {
-        // Data size, slots; A adds the next record, G takes one; records taken by G, then by
-        // draining.
-        QTest::addColumn<Ring>("ring");
-        QTest::newRow("odd size, no padding") << Ring {13, 7, "AAAAAA", {0, 1, 2, 3, 4, 5}};
-        QTest::newRow("N adds read as empty") << Ring {16, 4, "AAAA", {}};
-        QTest::newRow("N+1 log-sized adds overwrite the oldest") << Ring {2048, 4, "AAAAA", {4}};
-        QTest::newRow("1-byte records wrap round") << Ring {1, 3, "AAGGAA", {0, 1, 2, 3}};
+        QTest::addColumn<int>("size");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QString>("script");   // A adds the next record, G takes one
+        QTest::addColumn<QList<int>>("taken"); // records taken by G, then by draining
+        QTest::newRow("odd size, no padding")
+            << 13 << 7 << "AAAAAA" << QList<int> {0, 1, 2, 3, 4, 5};
+        QTest::newRow("N adds read as empty") << 16 << 4 << "AAAA" << QList<int> {};
+        QTest::newRow("N+1 log-sized adds overwrite the oldest")
+            << 2048 << 4 << "AAAAA" << QList<int> {4};
+        QTest::newRow("1-byte records wrap round") << 1 << 3 << "AAGGAA" << QList<int> {0, 1, 2, 3};
     }
 
     void ring()
     {
-        QFETCH(Ring, ring);
-        const auto &[size, count, script, taken] = ring;
-        CCommonQueue q(size, "", 0, count, 1);
+        QFETCH(int, size);
+        QFETCH(int, count);
+        QFETCH(QString, script);
+        QFETCH(QList<int>, taken);
+        CCommonQueue q(size, "", CCommonQueue::FifoMode, count, CCommonQueue::LockAdds);
         const Raw r {q, size};
         QCOMPARE(q.GetMem(q.GetQueue()), r.b() + 8);
         QList<QByteArray> added;
@@ -96,21 +93,27 @@ private slots:
 
     void jobCycle_data()
     {
-        // Mode, time-out, retry; after Add: retries left (each time-out spends one, in mode 2
-        // none) and the time-out field.
-        QTest::addColumn<Job>("job");
-        QTest::newRow("retry 0 keeps none") << Job {1, 500, 0, 0, 500};
-        QTest::newRow("retry 300 kept to 8 bits") << Job {1, 500, 300, 43, 500};
-        QTest::newRow("70000 ms kept to 16 bits") << Job {1, 70000, 2, 1, 4464};
-        QTest::newRow("time-out 0 re-arms for 1 ms") << Job {1, 0, 3, 2, 0};
-        QTest::newRow("mode 2 keeps 1, re-arms without end") << Job {2, 500, 0, 1, 500};
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<int>("timeOut");
+        QTest::addColumn<int>("retry");
+        // After Add: retries left (each time-out spends one, in mode 2 none), the time-out field.
+        QTest::addColumn<int>("retriesLeft");
+        QTest::addColumn<int>("timeOutField");
+        QTest::newRow("retry 0 keeps none") << 1 << 500 << 0 << 0 << 500;
+        QTest::newRow("retry 300 kept to 8 bits") << 1 << 500 << 300 << 43 << 500;
+        QTest::newRow("70000 ms kept to 16 bits") << 1 << 70000 << 2 << 1 << 4464;
+        QTest::newRow("time-out 0 re-arms for 1 ms") << 1 << 0 << 3 << 2 << 0;
+        QTest::newRow("mode 2 keeps 1, re-arms without end") << 2 << 500 << 0 << 1 << 500;
     }
 
     // The cycle of a job table: hand out, mark sent, let the answer time out, hand out again.
     void jobCycle()
     {
-        QFETCH(Job, job);
-        const auto [mode, timeOut, retry, retriesLeft, timeOutField] = job;
+        QFETCH(int, mode);
+        QFETCH(int, timeOut);
+        QFETCH(int, retry);
+        QFETCH(int, retriesLeft);
+        QFETCH(int, timeOutField);
         CCommonQueue q(8, "", mode, 4, 1);
         const qint64 added = now();
         QVERIFY(q.Add(zeros, nullptr, timeOut, retry, nullptr));
@@ -140,26 +143,35 @@ private slots:
 
     void lookup_data()
     {
-        // Position, absolute, status wanted; slot Get returns (-1: none); slot GetStatus and
-        // SetStatus reach (-1: refused); statuses of slots 1 and 2 after.
-        QTest::addColumn<Lookup>("lookup");
         // StartPos 1, EndPos 5, 6 slots. Slot 0: status 1. Slot 1: status 2, expired, 1 retry
         // left. Slot 2: status 3, expired, no retries left. Slot 3: status 3. Slot 4: status 1.
         // A search frees slot 2 on the way: its retries are spent.
-        QTest::newRow("search for 3 re-arms nothing") << Lookup {-1, 0, 3, 3, 0, 2, 0};
+        QTest::addColumn<int>("pos");
+        QTest::addColumn<int>("absolute");
+        QTest::addColumn<int>("wanted"); // the status searched for
+        QTest::addColumn<int>("found");  // the slot Get returns, -1 for none
+        QTest::addColumn<int>("at");     // the slot GetStatus and SetStatus reach, -1 when refused
+        QTest::addColumn<int>("status1After");
+        QTest::addColumn<int>("status2After");
+        QTest::newRow("search for 3 re-arms nothing") << -1 << 0 << 3 << 3 << 0 << 2 << 0;
         QTest::newRow("search for 1 re-arms; absolute -1 refused")
-            << Lookup {-1, 1, 1, 1, -1, 1, 3};
-        QTest::newRow("own status is found, not re-armed") << Lookup {0, 0, 2, 1, 1, 2, 3};
-        QTest::newRow("relative to StartPos, wrapped once") << Lookup {9, 0, 1, 4, 4, 2, 3};
-        QTest::newRow("relative, twice the count") << Lookup {12, 0, 1, -1, -1, 2, 3};
-        QTest::newRow("absolute count wraps to 0") << Lookup {6, 1, 1, 0, 0, 2, 3};
+            << -1 << 1 << 1 << 1 << -1 << 1 << 3;
+        QTest::newRow("own status is found, not re-armed") << 0 << 0 << 2 << 1 << 1 << 2 << 3;
+        QTest::newRow("relative to StartPos, wrapped once") << 9 << 0 << 1 << 4 << 4 << 2 << 3;
+        QTest::newRow("relative, twice the count") << 12 << 0 << 1 << -1 << -1 << 2 << 3;
+        QTest::newRow("absolute count wraps to 0") << 6 << 1 << 1 << 0 << 0 << 2 << 3;
     }
 
     void lookup()
     {
-        QFETCH(Lookup, lookup);
-        const auto [pos, absolute, wanted, found, at, status1After, status2After] = lookup;
-        CCommonQueue q(8, "", 1, 6, 1);
+        QFETCH(int, pos);
+        QFETCH(int, absolute);
+        QFETCH(int, wanted);
+        QFETCH(int, found);
+        QFETCH(int, at);
+        QFETCH(int, status1After);
+        QFETCH(int, status2After);
+        CCommonQueue q(8, "", CCommonQueue::JobMode, 6, CCommonQueue::LockAdds);
         const int retries[] = {1, 2, 1, 1, 1}, statuses[] = {1, 2, 3, 3, 1};
         for (int i = 0; i < 5; ++i)
             QVERIFY(q.Add(zeros, nullptr, 10000, retries[i], nullptr) &&
@@ -200,6 +212,47 @@ private slots:
         QCOMPARE(QList<int>({r.start(), r.end()}), positions);
     }
 
+    void skipping_data()
+    {
+        QTest::addColumn<int>("from");  // StartPos before, in a ring of 6 slots
+        QTest::addColumn<int>("n");     // Delete(n), or GetAbsolutePos(n)
+        QTest::addColumn<int>("start"); // StartPos after Delete, and GetAbsolutePos before it
+        QTest::newRow("nothing") << 2 << 0 << 2;
+        QTest::newRow("up to the last slot") << 2 << 3 << 5;
+        QTest::newRow("onto the count: wraps to slot 0") << 2 << 4 << 0;
+        QTest::newRow("past the count") << 5 << 3 << 2;
+    }
+
+    // Delete drops records from the start without looking at them; GetAbsolutePos counts the
+    // same way.
+    void skipping()
+    {
+        QFETCH(int, from);
+        QFETCH(int, n);
+        QFETCH(int, start);
+        CCommonQueue q(8, "", CCommonQueue::FifoMode, 6, CCommonQueue::LockAdds);
+        const Raw r {q, 8};
+        qToUnaligned<qint32>(from, r.b());
+        qToUnaligned<qint32>(1, r.b() + 4);
+        QCOMPARE(q.GetAbsolutePos(n), start);
+        QVERIFY(q.Delete(n));
+        QCOMPARE(QList<int>({r.start(), r.end()}), QList<int>({start, 1}));
+        QVERIFY(q.Delete(-1));
+        QCOMPARE(QList<int>({r.start(), r.end()}), QList<int>({0, 0}));
+    }
+
+    // Positions that went negative (a block written by a faulty peer) restart at slot 0.
+    void negativePositions()
+    {
+        CCommonQueue q(8, "", CCommonQueue::FifoMode, 4, CCommonQueue::LockAdds);
+        const Raw r {q, 8};
+        qToUnaligned<qint32>(-3, r.b());
+        qToUnaligned<qint32>(-1, r.b() + 4);
+        int pos = -1;
+        QVERIFY(q.Add(zeros, &pos, 1000, 1, nullptr));
+        QCOMPARE(QList<int>({pos, r.start(), r.end()}), QList<int>({0, 0, 1}));
+    }
+
     // Sizes no block can have, and a smaller segment under the same key: refused, not overrun.
     void badGeometry()
     {
@@ -213,6 +266,43 @@ private slots:
         QVERIFY(other.create(64));
         CCommonQueue named(64, m_key.constData(), 0, 10, 1);
         QCOMPARE(named.Add(zeros, nullptr, 1000, 1, nullptr), FALSE);
+    }
+
+    // A caller may detach, re-key or attach the queue's own handle: the queue then finds its
+    // ring in the segment the handle reaches, never through a pointer into an unmapped one.
+    void inheritedHandleCalls()
+    {
+        const QString key = QString::fromLatin1(m_key), small = key + QLatin1String("-small");
+        CCommonQueue q(16, m_key.constData(), CCommonQueue::FifoMode, 4, CCommonQueue::LockAdds);
+        QVERIFY(q.Init());
+        QSharedMemory keep(key), tooSmall(small); // keep: the segment outlives the queue's detach
+        QVERIFY(keep.attach() && tooSmall.create(64)); // the ring needs 4 x 28 + 8 bytes
+        QByteArray record(16, 'a');
+        QVERIFY(q.Add(record.data(), nullptr, 1000, 1, nullptr));
+        QVERIFY(q.detach());
+        record.fill('b');
+        QVERIFY(q.Add(record.data(), nullptr, 1000, 1, nullptr)); // attached again
+        // Re-attached by the caller, with another segment mapped where the ring was before.
+        QVERIFY(q.detach());
+        QSharedMemory occupier(key + QLatin1String("-occupier"));
+        QVERIFY(occupier.create(120));
+        QVERIFY(q.attach());
+        QVERIFY(q.Add(record.data(), nullptr, 1000, 1, nullptr));
+        QCOMPARE(QByteArray(static_cast<const char *>(occupier.data()), 120), QByteArray(120, 0));
+        q.setKey(small);
+        QVERIFY(!q.Add(record.data(), nullptr, 1000, 1, nullptr)); // refused, not overrun
+        QCOMPARE(q.GetCount(), 0);
+        QCOMPARE(QByteArray(static_cast<const char *>(tooSmall.data()), 64), QByteArray(64, 0));
+        q.setKey(key);
+        QVERIFY(q.attach());
+        QCOMPARE(q.GetCount(), 3);
+        QCOMPARE(QByteArray(q.Get(), 16), QByteArray(16, 'a'));
+        QCOMPARE(QByteArray(q.Get(), 16), QByteArray(16, 'b'));
+        QCOMPARE(qFromUnaligned<qint32>(keep.data()), 2); // StartPos, in the one segment
+        QVERIFY(q.Add(record.data(), nullptr, 1000, 1, nullptr));
+        QVERIFY(q.Init()); // on an attached queue: zeroes the ring again
+        QCOMPARE(QByteArray(static_cast<const char *>(keep.data()), 120), QByteArray(120, 0));
+        IpcTest::removeSegment(small);
     }
 
     void stream_data()
