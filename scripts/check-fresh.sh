@@ -10,8 +10,9 @@
 #
 # Needs root (debootstrap, chroot, mounts). The minimal root is cached as a tarball in
 # $VANTOR_FRESH_CACHE (default /var/cache/vantor-fresh) so later runs skip debootstrap; the
-# working root is a temporary folder removed at the end. The checkout's tracked and untracked,
-# not ignored, files are copied in as they are in the working tree.
+# working root is a temporary folder removed at the end; the logs of both commands and CTest's
+# own log are kept in $VANTOR_FRESH_LOGS (default /var/tmp/vantor-fresh-logs). The checkout's
+# tracked and untracked, not ignored, files are copied in as they are in the working tree.
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 which=${1:-both}
@@ -84,8 +85,13 @@ run() { # name command...
     return $rc
 }
 
+logs=${VANTOR_FRESH_LOGS:-/var/tmp/vantor-fresh-logs}
+rm -rf "$logs" && mkdir -p "$logs"
 status=0
 if [ "$which" != tests ]; then run quickstart-example "bash scripts/run-example.sh" || status=1; fi
 if [ "$which" != example ]; then run quickstart-tests "bash scripts/run-tests.sh" || status=1; fi
+cp "$root"/*.log "$logs/" 2> /dev/null || true
+cp "$root/home/porter/vantor/build/Testing/Temporary/LastTest.log" "$logs/ctest-LastTest.log" 2> /dev/null || true
+echo "check-fresh: logs in $logs"
 echo "check-fresh: $([ $status -eq 0 ] && echo PASS || echo FAIL) in $(($(date +%s) - start)) s"
 exit $status
