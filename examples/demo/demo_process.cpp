@@ -18,8 +18,8 @@ static int run(DemoContext &ctx)
             "printf '%s\\n' \"VANTOR_DEMO=$VANTOR_DEMO\" \"folder=$(pwd)\" \"argument=$1\" "
             "> \"$0\""),
         report, QStringLiteral("given by the parent")};
-    ExecuteApp app(QStringLiteral("/bin/./sh"), arguments, QStringLiteral("VANTOR_DEMO=hello;"), 0,
-                   false);
+    ExecuteApp app(QStringLiteral("/bin/./sh"), arguments, QStringLiteral("VANTOR_DEMO=hello;"),
+                   ExecuteApp::CheckProgramFile, false);
     if (!app.launch(true, ExecuteApp::VisibleUnset) || !app.m_pProcess->waitForFinished(5000)) {
         demoSay(QStringLiteral("the child did not run"));
         return 1;
