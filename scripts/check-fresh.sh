@@ -50,6 +50,9 @@ else
     mkdir -p "$cache"
     tar -C "$root" -czf "$tarball.tmp" . && mv "$tarball.tmp" "$tarball"
 fi
+# The folder becomes "/" of the new root (and the tarball keeps mktemp's mode 700 for it):
+# every user, the database servers' own among them, must be able to enter it.
+chmod 755 "$root"
 echo "check-fresh: minimal root ready in $(($(date +%s) - start)) s"
 
 # The same package sources as this machine (including security updates), and no daemon starts
