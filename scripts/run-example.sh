@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Quick start (1): installs what is missing, builds and installs the library into a staging
-# prefix, builds the example application against that installed package and runs it.
-# Arguments are passed to the example (e.g. --gui when a display is present).
+# prefix, builds the examples against that installed package, runs the plant monitor for a few
+# seconds against its simulated device and then the tour of every subsystem.
+# Arguments are passed to the tour (e.g. --gui when a display is present).
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 bash "$top/scripts/install-deps.sh"
@@ -14,4 +15,6 @@ cmake -S "$top/examples" -B "$build/examples" -G Ninja -DCMAKE_PREFIX_PATH="$sta
       -DCMAKE_INSTALL_RPATH="$stage/lib" -DCMAKE_BUILD_RPATH="$stage/lib" > /dev/null
 cmake --build "$build/examples"
 export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
+"$build/examples/vantor-plant-monitor" --seconds "${VANTOR_MONITOR_SECONDS:-5}" \
+    --data "$build/plant-monitor-data"
 exec "$build/examples/vantor-demo" "$@"
