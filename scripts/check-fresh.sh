@@ -5,8 +5,10 @@
 # until the project's own scripts install them. Not part of CI (it takes a while); run it before
 # changing dependencies or scripts.
 #
-#   bash scripts/check-fresh.sh            # both Quick-start commands
-#   bash scripts/check-fresh.sh example    # only the first (or: tests, only the second)
+#   bash scripts/check-fresh.sh            # both Quick-start commands, then the packages
+#   bash scripts/check-fresh.sh example    # only the first (or: tests, only the second;
+#                                          # packages: the Debian packages built, installed
+#                                          # and used by a small program, scripts/check-debs.sh)
 #
 # Needs root (debootstrap, chroot, mounts). The minimal root is cached as a tarball in
 # $VANTOR_FRESH_CACHE (default /var/cache/vantor-fresh) so later runs skip debootstrap; the
@@ -16,7 +18,9 @@
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 which=${1:-both}
-case "$which" in both | example | tests) ;; *) echo "usage: $0 [both|example|tests]" >&2; exit 2 ;; esac
+case "$which" in both | example | tests | packages) ;;
+    *) echo "usage: $0 [both|example|tests|packages]" >&2; exit 2 ;;
+esac
 [ "$(id -u)" -eq 0 ] || { echo "check-fresh: run as root" >&2; exit 1; }
 
 cache=${VANTOR_FRESH_CACHE:-/var/cache/vantor-fresh}
@@ -91,8 +95,9 @@ run() { # name command...
 logs=${VANTOR_FRESH_LOGS:-/var/tmp/vantor-fresh-logs}
 rm -rf "$logs" && mkdir -p "$logs"
 status=0
-if [ "$which" != tests ]; then run quickstart-example "bash scripts/run-example.sh" || status=1; fi
-if [ "$which" != example ]; then run quickstart-tests "bash scripts/run-tests.sh" || status=1; fi
+case $which in both | example) run quickstart-example "bash scripts/run-example.sh" || status=1 ;; esac
+case $which in both | tests) run quickstart-tests "bash scripts/run-tests.sh" || status=1 ;; esac
+case $which in both | packages) run packages "bash scripts/check-debs.sh" || status=1 ;; esac
 cp "$root"/*.log "$logs/" 2> /dev/null || true
 cp "$root/home/porter/vantor/build/Testing/Temporary/LastTest.log" "$logs/ctest-LastTest.log" 2> /dev/null || true
 echo "check-fresh: logs in $logs"

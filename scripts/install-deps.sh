@@ -14,6 +14,8 @@ packages=(
     # database: Qt drivers, real servers and ODBC drivers for the tests
     libqt5sql5-psql libqt5sql5-mysql libqt5sql5-odbc libqt5sql5-sqlite
     postgresql-15 mariadb-server mariadb-client unixodbc odbc-postgresql odbc-mariadb libsqliteodbc
+    # the ABI guard test
+    abigail-tools
 )
 
 missing=()

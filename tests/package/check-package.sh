@@ -25,7 +25,7 @@ echo "-- pkg-config vantor"
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
 flags=$(pkg-config --cflags --libs vantor)
 # shellcheck disable=SC2086
-"$cxx" -std=c++17 -o "$work/pc-app" "$src_dir/app/main.cpp" $flags -Wl,-rpath,"$libdir"
+"$cxx" -std=c++17 -fPIC -o "$work/pc-app" "$src_dir/app/main.cpp" $flags -Wl,-rpath,"$libdir"
 "$work/pc-app" | tee "$work/pc-app.out"
 grep -q '^ok$' "$work/pc-app.out"
 echo "package consumers: both builds ran"

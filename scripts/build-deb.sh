@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Builds the Debian packages libvantor0 and libvantor-dev into build-deb/ (Release, prefix /usr)
+# and checks them with lintian, which must report no errors. Installs what it needs itself.
+#   bash scripts/build-deb.sh            # prints the paths of the two .deb files at the end
+set -euo pipefail
+top=$(cd "$(dirname "$0")/.." && pwd)
+bash "$top/scripts/install-deps.sh"
+need=()
+for p in dpkg-dev lintian file; do dpkg -s "$p" > /dev/null 2>&1 || need+=("$p"); done
+if [ ${#need[@]} -gt 0 ]; then
+    sudo=; [ "$(id -u)" -eq 0 ] || sudo=sudo
+    $sudo env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "${need[@]}" > /dev/null
+fi
+build=${VANTOR_DEB_BUILD_DIR:-$top/build-deb}
+cmake -S "$top" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr \
+      -DVANTOR_BUILD_TESTS=OFF -DVANTOR_BUILD_EXAMPLES=OFF -DVANTOR_DEBIAN_DOCS=ON > /dev/null
+cmake --build "$build"
+rm -f "$build"/*.deb
+(cd "$build" && cpack -G DEB > cpack.log) || { cat "$build/cpack.log"; exit 1; }
+debs=("$build"/*.deb)
+# lintian as root needs --allow-root; errors fail the build, warnings are shown.
+lintian_args=(--fail-on error --no-tag-display-limit)
+[ "$(id -u)" -ne 0 ] || lintian_args+=(--allow-root)
+lintian "${lintian_args[@]}" "${debs[@]}"
+printf '%s\n' "${debs[@]}"
