@@ -256,15 +256,14 @@ int CTextFile::GetOneLine()
         std::memcpy(m_szLine, data + m_nDataPos, static_cast<size_t>(length));
     } else if (!comment) {
         int characterEnd = 0; // where the character being copied ends
-        bool full = false;
         for (int pos = m_nDataPos; pos < stop; ++pos) {
-            // An over-long line is cut before a character that does not fit whole.
+            // An over-long line is cut before the first character that does not fit whole.
             if (pos >= characterEnd) {
                 characterEnd = pos + VantorText::characterLength(data + pos);
-                full = length + (characterEnd - pos) > LineBufferSize - 1;
+                if (length + (characterEnd - pos) > LineBufferSize - 1)
+                    break;
             }
-            if (!full)
-                m_szLine[length++] = data[pos];
+            m_szLine[length++] = data[pos];
         }
     }
     m_nDataPos = stop;
