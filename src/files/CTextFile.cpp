@@ -347,8 +347,10 @@ int CTextFile::GetString(char *buffer, int size)
     }
 
     const char divide = m_cDivideChar;
-    // A field without the bytes that the grammar translates, with room for its longest
-    // character to spare, is copied as it is.
+    // A field without the bytes that the grammar translates is copied as it is when no
+    // character of it can reach size - 1: one that begins in the field ends at most one byte
+    // after it (a lead byte before the divide char), or three when the divide char can
+    // continue a UTF-8 sequence.
     int start = m_nPos;
     while (start < length && m_szLine[start] != divide &&
            (m_szLine[start] == ' ' || m_szLine[start] == '\t'))
@@ -357,7 +359,8 @@ int CTextFile::GetString(char *buffer, int size)
     bool escapes = false;
     for (char c; stop < length && (c = m_szLine[stop]) != divide; ++stop)
         escapes |= fieldEscapes.table[static_cast<unsigned char>(c)];
-    if (!escapes && stop - start <= size - 4 && useShortcuts()) {
+    const int reach = static_cast<unsigned char>(divide) < 0x80 ? 1 : 3;
+    if (!escapes && stop - start + reach <= size - 1 && useShortcuts()) {
         int out = stop - start;
         while (out > 0 && m_szLine[start + out - 1] == ' ')
             --out;
