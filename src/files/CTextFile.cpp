@@ -17,6 +17,11 @@ namespace {
 
 std::atomic<bool> shortcuts {true};
 
+/// The default size of the blocks in which a file is read: small enough to stay in the cache
+/// while it is checked and its carriage returns are removed.
+constexpr int defaultReadBlock = 256 * 1024;
+std::atomic<int> readBlock {defaultReadBlock};
+
 bool useShortcuts()
 {
     return shortcuts.load(std::memory_order_relaxed);
@@ -66,14 +71,14 @@ bool keepsAscii(QTextCodec *codec)
     return codec->toUnicode(probe, sizeof probe) == QLatin1String(probe, sizeof probe);
 }
 
-/// Removes every carriage return from `bytes`, as the text stream does in text mode.
-void removeCarriageReturns(QByteArray &bytes)
+/// Removes every carriage return from the `size` bytes at `begin`, as the text stream does in
+/// text mode; returns the number of bytes left.
+qint64 removeCarriageReturns(char *begin, qint64 size)
 {
-    char *begin = bytes.data();
-    char *const end = begin + bytes.size();
-    char *out = static_cast<char *>(std::memchr(begin, '\r', static_cast<size_t>(end - begin)));
+    char *const end = begin + size;
+    char *out = static_cast<char *>(std::memchr(begin, '\r', static_cast<size_t>(size)));
     if (!out)
-        return;
+        return size;
     for (const char *in = out; in < end;) {
         const char *cr = static_cast<const char *>(std::memchr(in, '\r', size_t(end - in)));
         const char *stop = cr ? cr : end;
@@ -81,7 +86,42 @@ void removeCarriageReturns(QByteArray &bytes)
         out += stop - in;
         in = stop + 1;
     }
-    bytes.truncate(static_cast<int>(out - begin));
+    return out - begin;
+}
+
+/**
+ * Reads the whole of `file` into `text` block by block, removing carriage returns as it goes,
+ * while every byte is below 0x80. Returns false at the first block with a byte of 0x80 or
+ * above: then `text` holds the file's own bytes from its start.
+ */
+bool readAsciiText(QFile &file, QByteArray &text)
+{
+    const int block = readBlock.load(std::memory_order_relaxed);
+    if (file.isSequential() || file.size() > INT_MAX - block) {
+        text = file.readAll();
+        if (!isAscii(text.constData(), text.size()))
+            return false;
+        text.truncate(static_cast<int>(removeCarriageReturns(text.data(), text.size())));
+        return true;
+    }
+    // Each block is read where the text so far ends and checked while it is in the cache.
+    text.resize(static_cast<int>(file.size()) + block);
+    qint64 length = 0;
+    for (;;) {
+        if (text.size() - length < block)
+            text.resize(static_cast<int>(qMin<qint64>(length + 2 * qint64(block), INT_MAX)));
+        const qint64 n = file.read(text.data() + length, block);
+        if (n <= 0)
+            break;
+        if (!isAscii(text.constData() + length, n)) {
+            file.seek(0);
+            text = file.readAll();
+            return false;
+        }
+        length += removeCarriageReturns(text.data() + length, n);
+    }
+    text.truncate(static_cast<int>(length));
+    return true;
 }
 
 /// The first carriage return, line feed or NUL in [p, end), or `end`.
@@ -156,21 +196,21 @@ int CTextFile::OpenFile(QString name, bool)
         return 0;
     // The file's own bytes: the text stream below translates the line ends itself.
     file.setTextModeEnabled(false);
-    QByteArray bytes = file.readAll();
-    file.close();
-
+    QByteArray bytes;
     QBuffer device(&bytes);
-    device.open(QIODevice::ReadOnly | QIODevice::Text);
     TextStreamEx stream(&device, true);
-    if (useShortcuts() && isAscii(bytes.constData(), bytes.size()) && keepsAscii(stream.codec())) {
-        // Decoding and writing back as UTF-8 would give the same bytes, without the carriage
-        // returns that the stream drops in text mode.
-        removeCarriageReturns(bytes);
-    } else {
+    // Decoding ASCII text and writing it back as UTF-8 gives the same bytes, without the
+    // carriage returns that the stream drops in text mode.
+    const bool tryPlain = useShortcuts() && keepsAscii(stream.codec());
+    if (!tryPlain)
+        bytes = file.readAll();
+    if (!tryPlain || !readAsciiText(file, bytes)) {
+        device.open(QIODevice::ReadOnly | QIODevice::Text);
         const QByteArray text = stream.readAll().toUtf8();
         device.close();
         bytes = text;
     }
+    file.close();
 
     m_nDataLength = bytes.size();
     bytes.append('\0');
@@ -512,6 +552,11 @@ namespace VantorPrivate {
 void setTextFileShortcuts(bool on)
 {
     shortcuts.store(on, std::memory_order_relaxed);
+}
+
+void setTextFileReadBlock(int bytes)
+{
+    readBlock.store(bytes > 0 ? bytes : defaultReadBlock, std::memory_order_relaxed);
 }
 
 } // namespace VantorPrivate

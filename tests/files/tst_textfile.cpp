@@ -186,6 +186,7 @@ private slots:
         row("comments, sections and blank lines", ";c,d\r\n[s]\n\r\n\nx,y\n;end");
         row("only a line end", "\r\n");
         row("Korean text in UTF-8", "온도,습도\r\n23.5,45\r\n");
+        row("Korean text after ASCII lines", "a,b\r\nc,d\r\ne,f\r\n온도,x\r\n");
         row("double-byte text", "\xBF\xC2\xB5\xB5,\xBD\xC0\xB5\xB5\r\n1,2");
     }
 
@@ -201,21 +202,25 @@ private slots:
         writeFile(path, data);
         for (const char *language : {"Korean", "English"}) {
             VantorStrings::Language = language;
-            QByteArray seen[2][2]; // [from a file][shortcuts on]
-            for (int fromFile = 0; fromFile < 2; ++fromFile) {
+            // Read from memory, then from the file in blocks of 2 and 7 bytes and in the
+            // default blocks, with the shortcuts on and off.
+            for (const int block : {-1, 2, 7, 0}) {
+                QByteArray seen[2]; // [shortcuts on]
                 for (int on = 0; on < 2; ++on) {
                     VantorPrivate::setTextFileShortcuts(on);
+                    VantorPrivate::setTextFileReadBlock(block);
                     TextFileView f;
                     f.SetDivideChar(divide);
-                    if (fromFile)
-                        QVERIFY(f.OpenFile(path));
-                    else
+                    if (block < 0)
                         f.Set(data.data(), data.size());
-                    seen[fromFile][on] = transcript(f, size);
+                    else
+                        QVERIFY(f.OpenFile(path));
+                    seen[on] = transcript(f, size);
                 }
                 VantorPrivate::setTextFileShortcuts(true);
-                QVERIFY2(!seen[fromFile][1].contains("<left over>"), seen[fromFile][1]);
-                QCOMPARE(seen[fromFile][1], seen[fromFile][0]);
+                VantorPrivate::setTextFileReadBlock(0);
+                QVERIFY2(!seen[1].contains("<left over>"), seen[1]);
+                QCOMPARE(seen[1], seen[0]);
             }
         }
     }
