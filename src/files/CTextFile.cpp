@@ -290,8 +290,10 @@ int CTextFile::GetOneLine()
     const bool comment = c == ';' || c == '[';
     const int stop = static_cast<int>(findLineEnd(data + m_nDataPos, data + end) - data);
     int length = 0;
-    if (!comment && stop - m_nDataPos <= LineBufferSize - 2 && useShortcuts()) {
-        // No character of a line this short can reach beyond the buffer's 19,999 bytes.
+    // A line ends before a carriage return, a line feed or a NUL; when no character of it can
+    // reach beyond the buffer's 19,999 bytes, it is copied in one piece.
+    if (!comment && stop - m_nDataPos + VantorText::characterReach('\n') <= LineBufferSize - 1 &&
+        useShortcuts()) {
         length = stop - m_nDataPos;
         std::memcpy(m_szLine, data + m_nDataPos, static_cast<size_t>(length));
     } else if (!comment) {
@@ -388,9 +390,7 @@ int CTextFile::GetString(char *buffer, int size)
 
     const char divide = m_cDivideChar;
     // A field without the bytes that the grammar translates is copied as it is when no
-    // character of it can reach size - 1: one that begins in the field ends at most one byte
-    // after it (a lead byte before the divide char), or three when the divide char can
-    // continue a UTF-8 sequence.
+    // character of it can reach size - 1.
     int start = m_nPos;
     while (start < length && m_szLine[start] != divide &&
            (m_szLine[start] == ' ' || m_szLine[start] == '\t'))
@@ -399,7 +399,8 @@ int CTextFile::GetString(char *buffer, int size)
     bool escapes = false;
     for (char c; stop < length && (c = m_szLine[stop]) != divide; ++stop)
         escapes |= fieldEscapes.table[static_cast<unsigned char>(c)];
-    const int reach = static_cast<unsigned char>(divide) < 0x80 ? 1 : 3;
+    // After the field comes the divide char or the line's terminator.
+    const int reach = VantorText::characterReach(m_szLine[stop]);
     if (!escapes && stop - start + reach <= size - 1 && useShortcuts()) {
         int out = stop - start;
         while (out > 0 && m_szLine[start + out - 1] == ' ')
