@@ -167,4 +167,17 @@ protected:
     QByteArray m_Data;
     /// Allocated size of m_Data.
     int m_nDataSize;
+
+private:
+    /// Steps over the divide char that ends a field (over a run of spaces when it is a space)
+    /// and gives GetString's result: 1 when a field was taken or a divide char follows.
+    int finishField(bool taken);
+
+    /**
+     * How many bytes at the start of m_szLine this class may have left nonzero. GetOneLine
+     * clears these before it copies the next line, so that everything after the line is zero
+     * without clearing the whole buffer for every line. Bytes that a derived class writes into
+     * m_szLine beyond the line it sets are its own to clear.
+     */
+    int m_nLineWritten;
 };

@@ -41,16 +41,20 @@ int CommaBlockString::GetString(CString &field)
         return m_nPos;
 
     const QChar block = QLatin1Char(m_cBlockCode);
-    QString out;
-    while (m_nPos < end) {
-        const QChar c = text.at(m_nPos++);
-        if (c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == block)
-            break;
-        if (out.isEmpty() && (c == QLatin1Char(' ') || c == QLatin1Char('\t')))
-            continue;
-        out.append(c);
-    }
-    field.text = out;
+    const QChar *data = text.constData();
+    const auto endsField = [block](QChar c) {
+        return c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == block;
+    };
+    int start = m_nPos;
+    while (start < end && !endsField(data[start]) &&
+           (data[start] == QLatin1Char(' ') || data[start] == QLatin1Char('\t')))
+        ++start;
+    int stop = start;
+    while (stop < end && !endsField(data[stop]))
+        ++stop;
+    // Taken in one piece; an empty field stays a null string.
+    field.text = stop > start ? text.mid(start, stop - start) : QString();
+    m_nPos = stop < end ? stop + 1 : stop;
     return m_nPos;
 }
 

@@ -72,6 +72,18 @@ inline int characterLength(const char *s, TextEnd end = TextEnd::Complete)
 }
 
 /**
+ * How many bytes beyond the end of a run of text a character that starts inside the run can
+ * reach, by the rule of characterLength, when `next` is the byte after the run: a lead byte
+ * that is not valid UTF-8 takes one byte more whatever follows, and a UTF-8 sequence goes on
+ * through `next` only when it is a continuation byte (then up to three bytes).
+ */
+constexpr int characterReach(char next)
+{
+    const auto byte = static_cast<unsigned char>(next);
+    return byte >= 0x80 && byte <= 0xBF ? 3 : 1;
+}
+
+/**
  * The number of bytes of the longest run of whole characters at the start of `s` that holds
  * at most `limit` bytes and stops at the NUL: where 8-bit text is cut, a character is kept or
  * cut whole, and a character that the NUL cuts short is cut.

@@ -49,6 +49,8 @@ private slots:
         row("empty field", "a,,b", {"a", "", "b"}, ",b");
         row("leading dropped, trailing kept, last delimiter consumed", " a b ,", {"a b "}, "");
         row("semicolon block", "a,b;c", {"a,b", "c"}, "c", ';');
+        row("space block: a second space is an empty field", "a  b\t", {"a", "", "b\t"}, "b\t",
+            ' ');
         row("CR LF gives an empty field; rest keeps breaks", "a, \t b\r\nc", {"a", "b", "", "c"},
             "b\r\nc");
         row("no block code: breaks and NUL end a field", QString::fromUtf8("a,b;c\nd\0e", 9),

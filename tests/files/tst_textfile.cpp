@@ -2,6 +2,7 @@
 // CTextFile, TextStreamEx and CCheckFile.
 #include "CCheckFile.h"
 #include "CTextFile.h"
+#include "CTextFile_p.h"
 #include "TextStreamEx.h"
 #include "VantorStrings.h"
 
@@ -41,6 +42,45 @@ void writeFile(const QString &path, const QByteArray &bytes)
     file.write(bytes);
 }
 
+/// Lets the tests see the text and the line buffer.
+class TextFileView : public CTextFile
+{
+public:
+    QByteArray text() const { return m_Data; }
+    /// The line and the bytes up to the first nonzero one after its terminator ("" if none).
+    QByteArray line() const
+    {
+        int dirty = m_nLineLength + 1;
+        while (dirty < LineBufferSize && m_szLine[dirty] == 0)
+            ++dirty;
+        return QByteArray(m_szLine, m_nLineLength) +
+            "|after:" + QByteArray(m_szLine + m_nLineLength + 1, dirty - m_nLineLength - 1) +
+            (dirty < LineBufferSize ? "<left over>" : "");
+    }
+};
+
+/**
+ * Everything a reader sees of the text of `f`, starting from a long line set by SetOneLine:
+ * for each line its kind, the data cursor and the line buffer; for each field the result, all
+ * `size` bytes of the buffer and the field position.
+ */
+QByteArray transcript(TextFileView &f, int size)
+{
+    QByteArray out = f.text() + "\n";
+    f.SetOneLine(CString(QByteArray(300, 'z').constData()), 301);
+    QByteArray buffer(size, '#');
+    for (int kind, lines = 0; (kind = f.GetOneLine()) != 2 && lines < 20; ++lines) {
+        out += QByteArray::number(kind) + " at " + QByteArray::number(f.GetPos(true)) + ": " +
+            f.line() + "\n";
+        for (int result = 1, fields = 0; result && fields < 50; ++fields) {
+            result = f.GetString(buffer.data(), size);
+            out += "  " + QByteArray::number(result) + " [" + buffer.toPercentEncoding() + "] " +
+                QByteArray::number(f.GetPos(false)) + "\n";
+        }
+    }
+    return out;
+}
+
 } // namespace
 
 class tst_TextFile : public QObject
@@ -70,6 +110,7 @@ private slots:
         row("blank first line", "\n;c\nx\n", {"0:", "1:", "0:x"}, 2, 1);
         row("comment at the very end", "x\n;tail", {"0:x"}, 1, 1);
         row("NUL ends the text", QByteArray("a\0b\nc", 5), {"0:a"}, 1, 1);
+        row("NUL ends a long line", QByteArray("abcdefg,\0ijklmnopq\nr", 20), {"0:abcdefg"}, 1, 2);
         row("over-long line cut", QByteArray(25000, 'x') + "\nnext",
             {"0:" + QString(19999, QLatin1Char('x')), "0:next"}, 2, 1, ',', 30000);
         row("empty", "", {}, 0, 0);
@@ -108,6 +149,80 @@ private slots:
         for (int kind; (kind = f.GetOneLine()) != 2 && got.size() <= lines.size();)
             got << QString::number(kind) + QLatin1Char(':') + readFields(f, size).join('|');
         QCOMPARE(got, lines);
+    }
+
+    void shortcutsAgree_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<char>("divide");
+        QTest::addColumn<int>("size"); // of the field buffer
+        const QByteArray x19997(19997, 'x');
+        auto row = [](const char *name, const QByteArray &data, char divide = ',', int size = 8) {
+            QTest::newRow(name) << data << divide << size;
+        };
+        // Fields at the edge of the buffer: a lead byte before the divide char reaches one byte
+        // beyond the field, a character the divide char continues up to three.
+        row("fields of 5 to 8 bytes", "abcde,abcdef,abcdefg,abcdefgh,x");
+        row("lead byte at the field's end", "abcde\xB0,abcd\xB0,abcdef\xB0");
+        row("syllable at the field's end", "abcd가,abc가,ab가,a가나");
+        row("divide char inside a UTF-8 sequence", "ab\xF0\x9F\x98\x80,abc\xEA\xB0\x80", '\x9F', 6);
+        row("double-byte divide char", "\xB0\xA1\xB0x\xB0\xB0", '\xB0', 4);
+        row("buffers of 1 to 3 bytes", "a,bc,,d", ',', 2);
+        row("blanks around fields", " \t a b  ,\t,  ,x\t , y");
+        row("space divide", "  a  b \tc ", ' ');
+        row("escapes as the last byte of a field", "ab`,ab^,ab=,ab\",x=\"y\",`^,``,a`");
+        row("escape as the last byte of the line", "abc,de`");
+        row("caret divide with escapes", "a`^b^c``^", '^');
+        row("quote divide after an equals sign", "a=\"b=\"=", '"');
+        // Lines at the edge of the line buffer.
+        row("line of 19998, 19999 and 20000 bytes",
+            x19997 + "a\n" + x19997 + "ab\n" + x19997 + "abc\n", ',', 30000);
+        row("lead byte ends a line of 19999 bytes", x19997 + "a\xB0\nnext", ',', 30000);
+        row("syllable crosses the end of the buffer", x19997 + "가\n", ',', 30000);
+        // Line ends, as the text stream translates them in a file.
+        row("CR LF, lone CR, CR CR LF, LF LF", "a,b\r\nc\rd\r\r\ne\n\nf\r");
+        row("last line without a line end", "a,b\nlast,line");
+        row("NUL inside a long line", QByteArray("abc\0defghijklmnop\nq", 19));
+        row("comments, sections and blank lines", ";c,d\r\n[s]\n\r\n\nx,y\n;end");
+        row("only a line end", "\r\n");
+        row("Korean text in UTF-8", "온도,습도\r\n23.5,45\r\n");
+        row("Korean text after ASCII lines", "a,b\r\nc,d\r\ne,f\r\n온도,x\r\n");
+        row("double-byte text", "\xBF\xC2\xB5\xB5,\xBD\xC0\xB5\xB5\r\n1,2");
+    }
+
+    void shortcutsAgree()
+    {
+        // The shortcuts (a file taken as it is, lines and fields copied in one piece) give what
+        // the text stream and the character-by-character reading give.
+        QFETCH(QByteArray, data);
+        QFETCH(char, divide);
+        QFETCH(int, size);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("table.csv"));
+        writeFile(path, data);
+        for (const char *language : {"Korean", "English"}) {
+            VantorStrings::Language = language;
+            // Read from memory, then from the file in blocks of 2 and 7 bytes and in the
+            // default blocks, with the shortcuts on and off.
+            for (const int block : {-1, 2, 7, 0}) {
+                QByteArray seen[2]; // [shortcuts on]
+                for (int on = 0; on < 2; ++on) {
+                    VantorPrivate::setTextFileShortcuts(on);
+                    VantorPrivate::setTextFileReadBlock(block);
+                    TextFileView f;
+                    f.SetDivideChar(divide);
+                    if (block < 0)
+                        f.Set(data.data(), data.size());
+                    else
+                        QVERIFY(f.OpenFile(path));
+                    seen[on] = transcript(f, size);
+                }
+                VantorPrivate::setTextFileShortcuts(true);
+                VantorPrivate::setTextFileReadBlock(0);
+                QVERIFY2(!seen[1].contains("<left over>"), seen[1]);
+                QCOMPARE(seen[1], seen[0]);
+            }
+        }
     }
 
     void setOneLineCount()
