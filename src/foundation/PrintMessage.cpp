@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdio>
 #include <cstring>
@@ -64,7 +65,7 @@ public:
     LogModule();
     ~LogModule();
 
-    /// Records taken from the ring in one turn: their texts back to back, each with its zero.
+    /// Records taken from the ring in one turn: their texts back to back, without their zeros.
     struct Batch
     {
         int count = 0;
@@ -74,6 +75,7 @@ public:
 
     void startWriter();
     void requestStop();
+    bool recordsSoon();
     bool waitForRecords(Batch &batch);
     bool takeRecords(Batch &batch);
     void writeRecords(const Batch &batch);
@@ -262,6 +264,22 @@ void LogModule::requestStop()
     queued.notify_all();
 }
 
+/**
+ * True when a message is queued (or a stop requested) within a few tens of microseconds. The
+ * writer looks before it flushes and sleeps: amid a stream of messages the ring runs empty often
+ * for a moment, and a flush and a wake-up each time would cost far more than the wait.
+ */
+bool LogModule::recordsSoon()
+{
+    const auto until = std::chrono::steady_clock::now() + std::chrono::microseconds(50);
+    do {
+        std::this_thread::yield();
+        if (stopFlag.load() || queue.GetCount() > 0)
+            return true;
+    } while (std::chrono::steady_clock::now() < until);
+    return false;
+}
+
 /// Sleeps until a message is queued or a stop is requested, then takes records; false on a stop.
 bool LogModule::waitForRecords(Batch &batch)
 {
@@ -288,8 +306,7 @@ bool LogModule::takeRecords(Batch &batch)
             break;
         const size_t length = strnlen(data, LogRecordSize - 1);
         std::memcpy(out, data, length);
-        out[length] = '\0';
-        out += length + 1;
+        out += length;
         batch.length[batch.count++] = int(length);
     }
     return batch.count > 0;
@@ -306,12 +323,22 @@ bool LogModule::takeRecords(Batch &batch)
 void LogModule::writeRecords(const Batch &batch)
 {
     std::lock_guard<std::mutex> locker(file.Lock);
+    // Records go to the stream in runs: one write for all that lie between two rewinds or
+    // reopenings.
+    const char *run = batch.text;
+    size_t runBytes = 0;
+    const auto writeRun = [&] {
+        if (runBytes)
+            std::fwrite(run, 1, runBytes, file.Stream);
+        runBytes = 0;
+    };
     const char *record = batch.text;
-    for (int i = 0; i < batch.count; record += batch.length[i++] + 1) {
+    for (int i = 0; i < batch.count; record += batch.length[i++]) {
         if (file.KeepDays != 0) {
             const qint64 now = currentTime();
             const CString dated = makeDatedLogName(file, now, true);
             if (!dated.IsEmpty()) {
+                writeRun();
                 // Both lookups share the remembered date, which ends on the expired day: every
                 // later message repeats the delete-and-reopen, as the header describes.
                 const CString expired =
@@ -325,15 +352,17 @@ void LogModule::writeRecords(const Batch &batch)
         }
         if (!file.Stream)
             continue; // dropped: there is no file to write to
-        if (file.Position > file.MaxSize) {
-            if (!file.Append) {
-                std::rewind(file.Stream);
-                file.Position = 0;
-            }
+        if (file.Position > file.MaxSize && !file.Append) {
+            writeRun();
+            std::rewind(file.Stream);
+            file.Position = 0;
         }
-        std::fwrite(record, 1, size_t(batch.length[i]), file.Stream);
+        if (!runBytes)
+            run = record;
+        runBytes += size_t(batch.length[i]);
         file.Position += batch.length[i];
     }
+    writeRun();
 }
 
 void LogModule::flush()
@@ -354,6 +383,8 @@ int LogWriterLoop()
         if (logModule.stopFlag.load())
             return 1;
         if (!logModule.takeRecords(*batch)) {
+            if (logModule.recordsSoon())
+                continue;
             logModule.flush();
             if (!logModule.waitForRecords(*batch))
                 continue;

@@ -10,6 +10,10 @@
 #include <QMutex>
 #include <QMutexLocker>
 
+#if defined(Q_OS_LINUX)
+#include <sys/mman.h>
+#endif
+
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -147,6 +151,26 @@ void CCommonQueue::SetInfo(int nDataSize, CString strKey, int nMode, int nCount,
     SetInfo(nDataSize, strKey.GetData(), nMode, nCount, nLock);
 }
 
+/**
+ * A large private ring (the message log's is 20 MB) is walked slot after slot, a new page every
+ * other record: in 4 KB pages each first touch costs a fault and each later pass a TLB miss. The
+ * whole 2 MB pages inside the block are offered to the kernel as huge pages. Memory is still
+ * taken only as the ring is first written, but 2 MB at a time.
+ */
+static void adviseLargePages(void *block, size_t bytes)
+{
+#if defined(Q_OS_LINUX) && defined(MADV_HUGEPAGE)
+    constexpr std::uintptr_t huge = 2 * 1024 * 1024;
+    const auto from = (reinterpret_cast<std::uintptr_t>(block) + huge - 1) & ~(huge - 1);
+    const auto to = (reinterpret_cast<std::uintptr_t>(block) + bytes) & ~(huge - 1);
+    if (to > from)
+        madvise(reinterpret_cast<void *>(from), to - from, MADV_HUGEPAGE);
+#else
+    Q_UNUSED(block);
+    Q_UNUSED(bytes);
+#endif
+}
+
 // Bytes of the whole block, or -1 when the geometry cannot describe one.
 static qint64 blockBytes(int nCount, int nSize)
 {
@@ -209,6 +233,7 @@ QUEUEMEM *CCommonQueue::reachBlock()
         auto *fresh = static_cast<QUEUEMEM *>(std::calloc(1, size_t(total)));
         if (!fresh)
             return nullptr;
+        adviseLargePages(fresh, size_t(total));
         // Several threads may reach a private block at once: one allocation wins.
         if (m_pQueue.testAndSetOrdered(nullptr, fresh))
             return fresh;
@@ -284,7 +309,12 @@ BOOL CCommonQueue::addRecord(const char *pData, int nBytes, int *pPos, int nTime
     // the EndPos store below.
     std::memcpy(slot + sizeof(QUEUEITEM), pData, size_t(qBound(0, nBytes, m_nSize - 12)));
 
-    storePos(q->EndPos, end + 1 >= m_nCount ? 0 : end + 1);
+    const int next = end + 1 >= m_nCount ? 0 : end + 1;
+    storePos(q->EndPos, next);
+#if defined(__GNUC__) || defined(__clang__)
+    // The next Add writes the next slot's header: fetch its line now, while the caller goes on.
+    __builtin_prefetch(GetMem(q) + qint64(next) * m_nSize, 1);
+#endif
     return TRUE;
 }
 
