@@ -308,9 +308,11 @@ private slots:
     void killedHolder_data()
     {
         QTest::addColumn<int>("size");
-        QTest::addColumn<int>("scribbled"); // bytes of the slot at EndPos the holder wrote
-        QTest::newRow("killed holding the lock") << 64 << 0;
-        QTest::newRow("killed half-way through a record") << 2048 << 12 + 1000;
+        QTest::addColumn<int>("scribbled");      // bytes of the slot at EndPos the holder wrote
+        QTest::addColumn<bool>("holderCreates"); // the segment and its lock, before this process
+        QTest::newRow("killed holding the lock") << 64 << 0 << false;
+        QTest::newRow("killed half-way through a record") << 2048 << 12 + 1000 << false;
+        QTest::newRow("killed, having made segment and lock") << 64 << 12 << true;
     }
 
     // A producer killed (SIGKILL) while it holds the lock that Add takes stops nobody: another
@@ -320,11 +322,12 @@ private slots:
     {
         QFETCH(int, size);
         QFETCH(int, scribbled);
-        const int count = 16, n = 40;
+        QFETCH(bool, holderCreates);
+        const int count = 16, n = 40, early = holderCreates ? 0 : 2;
         CCommonQueue q(size, m_key.constData(), CCommonQueue::FifoMode, count, 1);
-        QVERIFY(q.Init());
+        QVERIFY(holderCreates || q.Init());
         std::vector<char> record(size_t(size), 0);
-        for (int i = 0; i < 2; ++i) {
+        for (int i = 0; i < early; ++i) {
             QueueRecord::fill(record.data(), size, 1, i);
             QVERIFY(q.Add(record.data(), nullptr, 10000, 1, nullptr));
         }
@@ -336,8 +339,8 @@ private slots:
         const auto producer = IpcTest::startPeer(QStringList {"add"} << args << QString::number(n));
         QCOMPARE(IpcTest::readLine(*producer), QByteArray("READY"));
         QThread::msleep(300);
-        QCOMPARE((Raw {q, size}.end()), 2); // the producer waits for the holder's lock
-        holder->kill();                     // by its PID
+        QCOMPARE((Raw {q, size}.end()), early); // the producer waits for the holder's lock
+        holder->kill();                         // by its PID
         QVERIFY(holder->waitForFinished(10000));
 
         std::vector<int> next(3, 0);
@@ -349,7 +352,7 @@ private slots:
                     seq != next[size_t(src)]++;
             }
         };
-        for (QDeadlineTimer t(20000); total < 2 + n && !t.hasExpired(); QThread::msleep(1))
+        for (QDeadlineTimer t(20000); total < early + n && !t.hasExpired(); QThread::msleep(1))
             takeAll();
         if (!producer->waitForFinished(20000)) {
             producer->kill();
@@ -357,10 +360,11 @@ private slots:
             QFAIL("the producer did not finish");
         }
         QCOMPARE(producer->readAllStandardOutput().trimmed(), QByteArray("DONE 40"));
-        QueueRecord::fill(record.data(), size, 1, 2);
+        QueueRecord::fill(record.data(), size, 1, early);
         QVERIFY(q.Add(record.data(), nullptr, 10000, 1, nullptr)); // and so does this process
         takeAll();
-        QCOMPARE(QList<int>({bad, total, next[1], next[2]}), QList<int>({0, 3 + n, 3, n}));
+        QCOMPARE(QList<int>({bad, total, next[1], next[2]}),
+                 QList<int>({0, early + 1 + n, early + 1, n}));
     }
 
     void stream_data()
