@@ -307,7 +307,8 @@ BOOL CCommonQueue::addRecord(const char *pData, int nBytes, int *pPos, int nTime
     item->Expiry = GetMSecsSinceEpoch() + nTimeOut;
     // The record is copied once, straight from the caller into the slot; it is published by
     // the EndPos store below.
-    std::memcpy(slot + sizeof(QUEUEITEM), pData, size_t(qBound(0, nBytes, m_nSize - 12)));
+    std::memcpy(slot + sizeof(QUEUEITEM), pData,
+                size_t(qBound(0, nBytes, m_nSize - int(sizeof(QUEUEITEM)))));
 
     const int next = end + 1 >= m_nCount ? 0 : end + 1;
     storePos(q->EndPos, next);

@@ -180,7 +180,9 @@ public:
      * Appends one record of exactly the data size (pData must hold that many bytes), status 1,
      * expiring nTimeOut ms from now. Retries left: nRetry - 1 (at least 0); in mode 2 always 1.
      * The slot index written goes to pPos and pPos2 where given. Returns FALSE only when the
-     * block cannot be reached or the positions are out of range; a full ring is overwritten.
+     * block cannot be reached, the positions are out of range, or the lock of a named queue was
+     * left unusable (a holder died between finding its predecessor dead and repairing the
+     * lock); a full ring is overwritten.
      */
     BOOL Add(char *pData, int *pPos = nullptr, int nTimeOut = 10000, int nRetry = 1,
              int *pPos2 = nullptr);
