@@ -311,10 +311,15 @@ BOOL CCommonQueue::addRecord(const char *pData, int nBytes, int *pPos, int nTime
                 size_t(qBound(0, nBytes, m_nSize - int(sizeof(QUEUEITEM)))));
 
     const int next = end + 1 >= m_nCount ? 0 : end + 1;
+    const char *nextSlot = GetMem(q) + qint64(next) * m_nSize;
+    // The queue's members are read before this store, which hands the record over: a taker
+    // that has seen it may already be done with the queue.
     storePos(q->EndPos, next);
 #if defined(__GNUC__) || defined(__clang__)
     // The next Add writes the next slot's header: fetch its line now, while the caller goes on.
-    __builtin_prefetch(GetMem(q) + qint64(next) * m_nSize, 1);
+    __builtin_prefetch(nextSlot, 1);
+#else
+    Q_UNUSED(nextSlot);
 #endif
     return TRUE;
 }
