@@ -4,16 +4,20 @@
 #include "TextRules_p.h"
 
 #include "CCommonQueue.h"
+#include "CCommonQueue_p.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -25,6 +29,11 @@ namespace {
 constexpr int LogRecordSize = 2048;
 constexpr int LogRecordCount = 10000;
 constexpr int SecondsPerDay = 86400;
+// The writer takes up to this many records per turn of the ring's lock, and writes them with
+// one lock of the file.
+constexpr int WriterBatch = 64;
+// The log file's stdio buffer: records reach the disk in writes of this size, or at a flush.
+constexpr size_t StreamBuffer = 64 * 1024;
 
 using PrintFunction = void (*)(CString);
 
@@ -40,6 +49,9 @@ struct LogFileInfo
     int Append = 0;
     FILE *Stream = nullptr;
     int MaxSize = 0;
+    /// Where the next write lands, as ftell would tell: kept here instead of asking the stream
+    /// before every record.
+    long Position = 0;
 };
 
 /**
@@ -53,11 +65,20 @@ public:
     LogModule();
     ~LogModule();
 
+    /// Records taken from the ring in one turn: their texts back to back, without their zeros.
+    struct Batch
+    {
+        int count = 0;
+        int length[WriterBatch];
+        char text[WriterBatch * LogRecordSize];
+    };
+
     void startWriter();
     void requestStop();
-    bool waitForRecord(char *record);
-    bool takeRecord(char *record);
-    void writeRecord(const char *record);
+    bool recordsSoon();
+    bool waitForRecords(Batch &batch);
+    bool takeRecords(Batch &batch);
+    void writeRecords(const Batch &batch);
     void flush();
 
     std::atomic<int> logFileSet {0};
@@ -71,6 +92,8 @@ public:
     // `queued` (under this lock) until a message is added or a stop is requested.
     std::mutex queueLock;
     std::condition_variable queued;
+    /// The writer sleeps on `queued` (set and read under queueLock): only then is it notified.
+    bool writerSleeping = false;
     LogFileInfo file;
 
     std::mutex writerLock;
@@ -124,11 +147,19 @@ bool toLocalDate(qint64 seconds, std::tm *out)
 #endif
 }
 
-FILE *openStream(const CString &name, int append)
+/// Opens the log stream and sets info.Position to where its first write lands.
+FILE *openStream(LogFileInfo &info, const CString &name, int append)
 {
+    info.Position = 0;
     if (name.IsEmpty())
         return nullptr;
-    return std::fopen(QFile::encodeName(name.text).constData(), append ? "a" : "w");
+    FILE *stream = std::fopen(QFile::encodeName(name.text).constData(), append ? "a" : "w");
+    if (stream) {
+        std::setvbuf(stream, nullptr, _IOFBF, StreamBuffer);
+        // In append mode the stream starts at the end of what the file holds.
+        info.Position = append ? std::max(0L, std::ftell(stream)) : 0;
+    }
+    return stream;
 }
 
 /**
@@ -176,7 +207,7 @@ void openLogFile(LogFileInfo &info, char const *name, int keepDays, int append, 
         makeDatedLogName(info, currentTime(), true);
     if (info.Stream)
         fclose(info.Stream);
-    info.Stream = openStream(info.Name, append);
+    info.Stream = openStream(info, info.Name, append);
 }
 
 /// Cuts a message that filled the buffer back to its last whole character.
@@ -185,29 +216,41 @@ void cutToWholeCharacter(char *text, int length)
     text[VantorText::wholeCharacters(text, length, VantorText::TextEnd::CutShort)] = '\0';
 }
 
-/// Formats into a record of LogRecordSize bytes, zero-filled after the text.
-void formatRecord(char *record, char const *format, va_list args)
+/// Formats into a buffer of LogRecordSize bytes; returns the text's length (at most 2,047).
+/// Only the text and its terminating zero are written: the bytes after the zero are left as
+/// they were.
+int formatRecord(char *record, char const *format, va_list args)
 {
     const int n = std::vsnprintf(record, LogRecordSize, format, args);
-    if (n < 0)
+    if (n < 0) {
         record[0] = '\0';
-    else if (n >= LogRecordSize)
-        cutToWholeCharacter(record, LogRecordSize - 1);
-    const size_t length = std::strlen(record);
-    std::memset(record + length, 0, LogRecordSize - length);
+        return 0;
+    }
+    if (n < LogRecordSize)
+        return n;
+    cutToWholeCharacter(record, LogRecordSize - 1);
+    return int(std::strlen(record));
 }
 
-void addToLog(char *record)
+/// Queues a message of `length` bytes (its zero follows it in `record`).
+void addToLog(const char *record, int length)
 {
+    bool wake;
     {
         std::lock_guard<std::mutex> locker(logModule.queueLock);
         // A full ring gives up its oldest message for the newest; left alone, the ring would wrap
         // onto its read position and read as empty, losing every queued message at once.
         if (logModule.queue.GetCount() >= LogRecordCount - 1)
             logModule.queue.Delete(1);
-        logModule.queue.Add(record, nullptr, 10000, 1, nullptr);
+        // Only the text and its zero are copied into the slot: the writer reads a record up to
+        // its zero, so the bytes after it (left by earlier messages) are never seen. The ring is
+        // private to this process and this lock serialises its adders, so the queue's own lock
+        // is not taken as well.
+        CCommonQueuePrivate::addPrefix(logModule.queue, record, length + 1, 10000, 1);
+        wake = logModule.writerSleeping;
     }
-    logModule.queued.notify_one();
+    if (wake)
+        logModule.queued.notify_one();
 }
 
 void LogModule::requestStop()
@@ -221,49 +264,105 @@ void LogModule::requestStop()
     queued.notify_all();
 }
 
-/// Sleeps until a message is queued or a stop is requested; false on a stop.
-bool LogModule::waitForRecord(char *record)
+/**
+ * True when a message is queued (or a stop requested) within a few tens of microseconds. The
+ * writer looks before it flushes and sleeps: amid a stream of messages the ring runs empty often
+ * for a moment, and a flush and a wake-up each time would cost far more than the wait.
+ */
+bool LogModule::recordsSoon()
 {
-    std::unique_lock<std::mutex> locker(queueLock);
-    queued.wait(locker, [this] { return stopFlag.load() || queue.GetCount() > 0; });
-    locker.unlock();
-    return !stopFlag.load() && takeRecord(record);
+    const auto until = std::chrono::steady_clock::now() + std::chrono::microseconds(50);
+    do {
+        std::this_thread::yield();
+        if (stopFlag.load() || queue.GetCount() > 0)
+            return true;
+    } while (std::chrono::steady_clock::now() < until);
+    return false;
 }
 
-bool LogModule::takeRecord(char *record)
+/// Sleeps until a message is queued or a stop is requested, then takes records; false on a stop.
+bool LogModule::waitForRecords(Batch &batch)
 {
+    {
+        std::unique_lock<std::mutex> locker(queueLock);
+        writerSleeping = true;
+        queued.wait(locker, [this] { return stopFlag.load() || queue.GetCount() > 0; });
+        writerSleeping = false;
+    }
+    return !stopFlag.load() && takeRecords(batch);
+}
+
+/// Takes up to WriterBatch records from the ring; false when it is empty. The texts are copied
+/// out under the ring's lock, so that no Add can write over a slot while it is being read.
+bool LogModule::takeRecords(Batch &batch)
+{
+    batch.count = 0;
     std::lock_guard<std::mutex> locker(queueLock);
-    const char *data = queue.Get(CCommonQueue::SearchAll, CCommonQueue::StatusAny,
-                                 CCommonQueue::Relative, nullptr);
-    if (!data)
-        return false;
-    const size_t length = strnlen(data, LogRecordSize - 1);
-    std::memcpy(record, data, length);
-    record[length] = '\0';
-    return true;
+    char *out = batch.text;
+    while (batch.count < WriterBatch) {
+        const char *data = queue.Get(CCommonQueue::SearchAll, CCommonQueue::StatusAny,
+                                     CCommonQueue::Relative, nullptr);
+        if (!data)
+            break;
+        const size_t length = strnlen(data, LogRecordSize - 1);
+        std::memcpy(out, data, length);
+        out += length;
+        batch.length[batch.count++] = int(length);
+    }
+    return batch.count > 0;
 }
 
-void LogModule::writeRecord(const char *record)
+/**
+ * Writes a batch of records, each as a single write of its own would: the dated name is checked
+ * before each, and the rewind mark too. The position is counted here rather than asked of the
+ * stream: it is the file's end in append mode (where ftell reports the end of the file after a
+ * write, a rewind or not) and the write position otherwise. In append mode a rewind changes no
+ * byte - every write lands at the end - so there it is only counted, not done; in write mode
+ * the stream is rewound at exactly the same records as ever.
+ */
+void LogModule::writeRecords(const Batch &batch)
 {
     std::lock_guard<std::mutex> locker(file.Lock);
-    const qint64 now = currentTime();
-    const CString dated = makeDatedLogName(file, now, true);
-    if (!dated.IsEmpty()) {
-        // Both lookups share the remembered date, which ends on the expired day: every later
-        // message repeats the delete-and-reopen, as the header describes.
-        const CString expired =
-            makeDatedLogName(file, now - qint64(file.KeepDays) * SecondsPerDay, false);
-        if (!expired.IsEmpty())
-            QFile::remove(expired.text);
-        if (file.Stream)
-            fclose(file.Stream);
-        file.Stream = openStream(dated, file.Append);
+    // Records go to the stream in runs: one write for all that lie between two rewinds or
+    // reopenings.
+    const char *run = batch.text;
+    size_t runBytes = 0;
+    const auto writeRun = [&] {
+        if (runBytes)
+            std::fwrite(run, 1, runBytes, file.Stream);
+        runBytes = 0;
+    };
+    const char *record = batch.text;
+    for (int i = 0; i < batch.count; record += batch.length[i++]) {
+        if (file.KeepDays != 0) {
+            const qint64 now = currentTime();
+            const CString dated = makeDatedLogName(file, now, true);
+            if (!dated.IsEmpty()) {
+                writeRun();
+                // Both lookups share the remembered date, which ends on the expired day: every
+                // later message repeats the delete-and-reopen, as the header describes.
+                const CString expired =
+                    makeDatedLogName(file, now - qint64(file.KeepDays) * SecondsPerDay, false);
+                if (!expired.IsEmpty())
+                    QFile::remove(expired.text);
+                if (file.Stream)
+                    fclose(file.Stream);
+                file.Stream = openStream(file, dated, file.Append);
+            }
+        }
+        if (!file.Stream)
+            continue; // dropped: there is no file to write to
+        if (file.Position > file.MaxSize && !file.Append) {
+            writeRun();
+            std::rewind(file.Stream);
+            file.Position = 0;
+        }
+        if (!runBytes)
+            run = record;
+        runBytes += size_t(batch.length[i]);
+        file.Position += batch.length[i];
     }
-    if (!file.Stream)
-        return; // dropped: there is no file to write to
-    if (std::ftell(file.Stream) > file.MaxSize)
-        std::rewind(file.Stream);
-    std::fputs(record, file.Stream);
+    writeRun();
 }
 
 void LogModule::flush()
@@ -278,16 +377,19 @@ void LogModule::flush()
 /// so a message is on disk a moment after it was logged.
 int LogWriterLoop()
 {
-    char record[LogRecordSize];
+    // Large: kept off the writer thread's stack.
+    const std::unique_ptr<LogModule::Batch> batch(new LogModule::Batch);
     for (;;) {
         if (logModule.stopFlag.load())
             return 1;
-        if (!logModule.takeRecord(record)) {
+        if (!logModule.takeRecords(*batch)) {
+            if (logModule.recordsSoon())
+                continue;
             logModule.flush();
-            if (!logModule.waitForRecord(record))
+            if (!logModule.waitForRecords(*batch))
                 continue;
         }
-        logModule.writeRecord(record);
+        logModule.writeRecords(*batch);
     }
 }
 
@@ -296,9 +398,9 @@ void LogModule::startWriter()
     writer = std::thread([this] {
         LogWriterLoop();
         if (unloading) {
-            char record[LogRecordSize];
-            while (takeRecord(record))
-                writeRecord(record);
+            const std::unique_ptr<Batch> batch(new Batch);
+            while (takeRecords(*batch))
+                writeRecords(*batch);
         }
         flush();
     });
@@ -326,10 +428,10 @@ void PrintMessageSub(char const *format, va_list args)
     if (toLog) {
         va_list copy;
         va_copy(copy, args);
-        formatRecord(record, format, copy);
+        const int length = formatRecord(record, format, copy);
         va_end(copy);
         formatted = true;
-        addToLog(record);
+        addToLog(record, length);
     }
     if (!toApplication)
         return;

@@ -43,8 +43,9 @@
  *   delete-and-reopen: the content is kept (append mode), and an expired file is removed at once
  *   whenever it appears.
  * - The file is opened in append mode with a rewind mark of 4,096 bytes: before each write past
- *   that size the stream is rewound, which in append mode still writes at the end, so the file
- *   keeps growing and loses nothing.
+ *   that size the stream is due to be rewound, which in append mode changes nothing (every write
+ *   lands at the end, so the writer skips the rewind there), so the file keeps growing and
+ *   loses nothing. A log opened in write mode is rewound at those points.
  */
 
 #include "CString.h"

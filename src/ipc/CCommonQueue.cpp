@@ -2,10 +2,17 @@
 #include "CCommonQueue.h"
 
 #include "PrintMessage.h"
+#include "QueueLock_p.h"
 #include "SystemTime.h"
+
+#include "CCommonQueue_p.h"
 
 #include <QMutex>
 #include <QMutexLocker>
+
+#if defined(Q_OS_LINUX)
+#include <sys/mman.h>
+#endif
 
 #include <climits>
 #include <cstdlib>
@@ -47,24 +54,49 @@ inline void storeBoth(QUEUEMEM *q, std::uint64_t v)
 // Serialises reaching a named segment by several threads sharing one queue object.
 QBasicMutex g_reachMutex;
 
-// Holds the segment lock of a queue for one scope, when it was asked for and could be taken.
-class SegmentLocker
+/**
+ * Holds the lock of one Add for its scope: the robust mutex of a named queue where it was
+ * reached; otherwise the queue's mutex between threads and, for a named queue, the segment's
+ * semaphore between processes (a process-local queue has no segment).
+ */
+class AddLocker
 {
 public:
-    SegmentLocker(QSharedMemory &memory, bool take)
-        : m_memory(memory)
-        , m_held(take && memory.lock())
-    { }
-    ~SegmentLocker()
+    AddLocker(QueueLock &robust, bool useRobust, QMutex *threads, QSharedMemory *segment)
+        : m_robust(useRobust ? &robust : nullptr)
+        , m_threads(useRobust ? nullptr : threads)
+        , m_segment(nullptr)
     {
-        if (m_held)
-            m_memory.unlock();
+        if (m_robust) {
+            m_held = m_robust->lock();
+            if (!m_held)
+                m_robust = nullptr;
+            return;
+        }
+        if (m_threads)
+            m_threads->lock();
+        // The semaphore's result is not examined, as before: Add proceeds either way.
+        if (segment && segment->lock())
+            m_segment = segment;
     }
+    ~AddLocker()
+    {
+        if (m_robust)
+            m_robust->unlock();
+        if (m_segment)
+            m_segment->unlock();
+        if (m_threads)
+            m_threads->unlock();
+    }
+    /// False only when the robust mutex was found unrecoverable: Add is refused then.
+    bool usable() const { return m_held; }
 
 private:
-    Q_DISABLE_COPY(SegmentLocker)
-    QSharedMemory &m_memory;
-    const bool m_held;
+    Q_DISABLE_COPY(AddLocker)
+    QueueLock *m_robust;
+    QMutex *m_threads;
+    QSharedMemory *m_segment;
+    bool m_held = true;
 };
 
 } // namespace
@@ -76,6 +108,7 @@ CCommonQueue::CCommonQueue()
     , m_nMode(FifoMode)
     , m_nCount(0)
     , m_nSize(12)
+    , m_pAddLock(new QueueLock)
 { }
 
 CCommonQueue::CCommonQueue(int nDataSize, char const *pKey, int nMode, int nCount, int nLock)
@@ -85,6 +118,7 @@ CCommonQueue::CCommonQueue(int nDataSize, char const *pKey, int nMode, int nCoun
     , m_nMode(FifoMode)
     , m_nCount(0)
     , m_nSize(12)
+    , m_pAddLock(new QueueLock)
 {
     SetInfo(nDataSize, pKey, nMode, nCount, nLock);
 }
@@ -94,6 +128,7 @@ CCommonQueue::~CCommonQueue()
     if (m_strName.isEmpty())
         std::free(m_pQueue.loadAcquire());
     delete m_pMutex;
+    delete m_pAddLock;
 }
 
 void CCommonQueue::SetInfo(int nDataSize, char const *pKey, int nMode, int nCount, int nLock)
@@ -114,6 +149,26 @@ void CCommonQueue::SetInfo(int nDataSize, char const *pKey, int nMode, int nCoun
 void CCommonQueue::SetInfo(int nDataSize, CString strKey, int nMode, int nCount, int nLock)
 {
     SetInfo(nDataSize, strKey.GetData(), nMode, nCount, nLock);
+}
+
+/**
+ * A large private ring (the message log's is 20 MB) is walked slot after slot, a new page every
+ * other record: in 4 KB pages each first touch costs a fault and each later pass a TLB miss. The
+ * whole 2 MB pages inside the block are offered to the kernel as huge pages. Memory is still
+ * taken only as the ring is first written, but 2 MB at a time.
+ */
+static void adviseLargePages(void *block, size_t bytes)
+{
+#if defined(Q_OS_LINUX) && defined(MADV_HUGEPAGE)
+    constexpr std::uintptr_t huge = 2 * 1024 * 1024;
+    const auto from = (reinterpret_cast<std::uintptr_t>(block) + huge - 1) & ~(huge - 1);
+    const auto to = (reinterpret_cast<std::uintptr_t>(block) + bytes) & ~(huge - 1);
+    if (to > from)
+        madvise(reinterpret_cast<void *>(from), to - from, MADV_HUGEPAGE);
+#else
+    Q_UNUSED(block);
+    Q_UNUSED(bytes);
+#endif
 }
 
 // Bytes of the whole block, or -1 when the geometry cannot describe one.
@@ -140,6 +195,7 @@ BOOL CCommonQueue::Init()
         if (size() >= total) {
             std::memset(d, 0, size_t(total));
             m_pQueue.storeRelease(static_cast<QUEUEMEM *>(d));
+            m_pAddLock->reach(key());
         }
     }
     return TRUE;
@@ -177,6 +233,7 @@ QUEUEMEM *CCommonQueue::reachBlock()
         auto *fresh = static_cast<QUEUEMEM *>(std::calloc(1, size_t(total)));
         if (!fresh)
             return nullptr;
+        adviseLargePages(fresh, size_t(total));
         // Several threads may reach a private block at once: one allocation wins.
         if (m_pQueue.testAndSetOrdered(nullptr, fresh))
             return fresh;
@@ -190,7 +247,11 @@ QUEUEMEM *CCommonQueue::reachBlock()
     // A new segment starts zeroed by the system.
     if (!isAttached())
         create(int(total), QSharedMemory::ReadWrite);
-    return attachedBlock();
+    QUEUEMEM *q = attachedBlock();
+    // The lock follows the segment the handle reaches now.
+    if (q)
+        m_pAddLock->reach(key());
+    return q;
 }
 
 char *CCommonQueue::GetMem(QUEUEMEM *pQueue)
@@ -205,14 +266,22 @@ static inline QUEUEITEM *slotAt(char *mem, int index, int size)
 
 BOOL CCommonQueue::Add(char *pData, int *pPos, int nTimeOut, int nRetry, int *pPos2)
 {
+    return addRecord(pData, m_nSize - int(sizeof(QUEUEITEM)), pPos, nTimeOut, nRetry, pPos2,
+                     m_nLock != 0);
+}
+
+BOOL CCommonQueue::addRecord(const char *pData, int nBytes, int *pPos, int nTimeOut, int nRetry,
+                             int *pPos2, bool bLock)
+{
     QUEUEMEM *q = GetQueue();
     if (!q || !pData)
         return FALSE;
 
-    // Threads of this process are serialised by the mutex; other processes by the segment lock.
-    // A process-local queue has no segment and relies on the mutex alone.
-    QMutexLocker threads(m_nLock ? m_pMutex : nullptr);
-    const SegmentLocker processes(*this, m_nLock && !m_strName.isEmpty());
+    const bool named = !m_strName.isEmpty();
+    const AddLocker locker(*m_pAddLock, bLock && named && m_pAddLock->available(),
+                           bLock ? m_pMutex : nullptr, bLock && named ? this : nullptr);
+    if (!locker.usable())
+        return FALSE;
 
     if (loadPos(q->StartPos) < 0)
         storePos(q->StartPos, 0);
@@ -236,9 +305,22 @@ BOOL CCommonQueue::Add(char *pData, int *pPos, int nTimeOut, int nRetry, int *pP
     item->TimeOut = WORD(nTimeOut & 0xFFFF);
     item->Retry = (m_nMode == EndlessJobMode) ? 1 : BYTE(((nRetry > 0 ? nRetry : 1) - 1) & 0xFF);
     item->Expiry = GetMSecsSinceEpoch() + nTimeOut;
-    std::memcpy(slot + sizeof(QUEUEITEM), pData, size_t(m_nSize) - sizeof(QUEUEITEM));
+    // The record is copied once, straight from the caller into the slot; it is published by
+    // the EndPos store below.
+    std::memcpy(slot + sizeof(QUEUEITEM), pData,
+                size_t(qBound(0, nBytes, m_nSize - int(sizeof(QUEUEITEM)))));
 
-    storePos(q->EndPos, end + 1 >= m_nCount ? 0 : end + 1);
+    const int next = end + 1 >= m_nCount ? 0 : end + 1;
+    const char *nextSlot = GetMem(q) + qint64(next) * m_nSize;
+    // The queue's members are read before this store, which hands the record over: a taker
+    // that has seen it may already be done with the queue.
+    storePos(q->EndPos, next);
+#if defined(__GNUC__) || defined(__clang__)
+    // The next Add writes the next slot's header: fetch its line now, while the caller goes on.
+    __builtin_prefetch(nextSlot, 1);
+#else
+    Q_UNUSED(nextSlot);
+#endif
     return TRUE;
 }
 
@@ -416,4 +498,26 @@ void CCommonQueue::PrintMemPos()
     if (!q)
         return;
     PrintMessage("StartPos = %d, EndPos = %d\r\n", loadPos(q->StartPos), loadPos(q->EndPos));
+}
+
+bool CCommonQueue::lock()
+{
+    if (!m_strName.isEmpty() && GetQueue() && m_pAddLock->available())
+        return m_pAddLock->lock();
+    return QSharedMemory::lock();
+}
+
+bool CCommonQueue::unlock()
+{
+    if (!m_strName.isEmpty() && m_pAddLock->available()) {
+        m_pAddLock->unlock();
+        return true;
+    }
+    return QSharedMemory::unlock();
+}
+
+BOOL CCommonQueuePrivate::addPrefix(CCommonQueue &queue, const char *data, int bytes, int timeOut,
+                                    int retry)
+{
+    return queue.addRecord(data, bytes, nullptr, timeOut, retry, nullptr, false);
 }

@@ -13,6 +13,7 @@
 #include <cstdint>
 
 class QMutex;
+class QueueLock;
 
 /**
  * Header of a queue block: the two ring positions, followed in memory by the record slots.
@@ -64,10 +65,23 @@ static_assert(offsetof(QUEUEITEM, Retry) == 1 && offsetof(QUEUEITEM, TimeOut) ==
  * write position catches up with the read position the queue reads as empty. Size the ring for
  * the traffic.
  *
- * With the lock flag set, Add is exclusive: across processes through the segment lock, and
- * between the threads of this process through the queue's own mutex (a process-local queue has
- * no segment and relies on the mutex alone). Every other operation takes no lock: one taker per
- * queue, many adders.
+ * With the lock flag set, Add is exclusive across processes and threads. A process-local queue
+ * has no segment and relies on the queue's own mutex. Every other operation takes no lock: one
+ * taker per queue, many adders.
+ *
+ * The lock of a named queue (documented change): Add takes a process-shared robust mutex kept in
+ * a small companion segment under the key "<key>_MUTEX_COMMON_QUEUE", beside the queue's segment,
+ * instead of the segment's system semaphore. The queue's segment keeps its size and every byte of
+ * its layout; only the lock moved. The mutex costs no system call when it is free, and a process
+ * killed while holding it does not stop the others: the next locker finds the holder dead, makes
+ * the mutex consistent again and goes on. Nothing of the queue needs repair then, because Add
+ * publishes a record only with its last store (EndPos): a half-written slot lies beyond EndPos,
+ * where no taker reads, and the next Add writes over it. Whoever reaches the companion first -
+ * the queue's creator or any other process - initialises the mutex, once. Every process adding
+ * to one queue must therefore run this version of the library: an older one would still lock the
+ * segment's semaphore and not exclude the newer ones. Where the companion cannot be made (or
+ * the platform has no robust mutex), Add takes the segment's semaphore as before. lock() and
+ * unlock() of the queue take the same lock as Add (see there).
  *
  * The queue is itself the segment's QSharedMemory handle. A caller may use the inherited
  * setKey(), attach() and detach(): a named queue finds its ring in whatever segment the handle is
@@ -166,7 +180,9 @@ public:
      * Appends one record of exactly the data size (pData must hold that many bytes), status 1,
      * expiring nTimeOut ms from now. Retries left: nRetry - 1 (at least 0); in mode 2 always 1.
      * The slot index written goes to pPos and pPos2 where given. Returns FALSE only when the
-     * block cannot be reached or the positions are out of range; a full ring is overwritten.
+     * block cannot be reached, the positions are out of range, or the lock of a named queue was
+     * left unusable (a holder died between finding its predecessor dead and repairing the
+     * lock); a full ring is overwritten.
      */
     BOOL Add(char *pData, int *pPos = nullptr, int nTimeOut = 10000, int nRetry = 1,
              int *pPos2 = nullptr);
@@ -201,10 +217,22 @@ public:
     /// Logs "StartPos = %d, EndPos = %d\r\n" through the message log.
     void PrintMemPos();
 
+    /**
+     * Takes the lock that Add takes, so that a caller can hold off every Add of every process
+     * (they hide QSharedMemory's own lock(), which Add of a named queue no longer takes; called
+     * through a QSharedMemory reference, the segment's semaphore is taken and Add is not held
+     * off). A process-local queue has no such lock: the segment's lock() is called, as before.
+     * Returns true when the lock is held.
+     */
+    bool lock();
+    /// Releases the lock taken by lock().
+    bool unlock();
+
 protected:
     /// The block, null until first reached.
     QAtomicPointer<QUEUEMEM> m_pQueue;
-    /// Serialises Add between this process's threads when the lock flag is set.
+    /// Serialises Add between this process's threads when the lock flag is set: for a
+    /// process-local queue, and for a named one whose robust lock could not be had.
     QMutex *m_pMutex;
     /// Nonzero: Add is exclusive.
     int m_nLock;
@@ -219,6 +247,11 @@ protected:
 
 private:
     Q_DISABLE_COPY(CCommonQueue)
+    /// The lock of a named queue's Adds, beside its segment.
+    QueueLock *m_pAddLock;
+    friend struct CCommonQueuePrivate;
+    BOOL addRecord(const char *pData, int nBytes, int *pPos, int nTimeOut, int nRetry, int *pPos2,
+                   bool bLock);
     QUEUEMEM *reachBlock();
     QUEUEMEM *attachedBlock();
     int normalise(QUEUEMEM *q, int nPos, int bAbsolute) const;

@@ -188,6 +188,46 @@ private slots:
         QTRY_COMPARE(contentOf(file), expected);
     }
 
+    void rewindInBatches_data()
+    {
+        QTest::addColumn<int>("maxSize");
+        QTest::addColumn<QList<int>>("lengths"); // of the records, used in turn
+        QTest::addColumn<int>("records");
+        QTest::newRow("one past the mark, rewound in mid-batch") << 99 << QList<int> {50} << 150;
+        QTest::newRow("at the mark: the next record rewinds") << 100 << QList<int> {50} << 150;
+        QTest::newRow("lengths 1 to 2,047 across batches")
+            << 1000 << QList<int> {1, 77, 300, 2047, 12, 999} << 500;
+    }
+    // Records queued while the writer is stopped reach the file in batches; the rewinds of a
+    // write-mode log land exactly where a position asked of the stream before each record would
+    // put them, and no record of a batch is lost.
+    void rewindInBatches()
+    {
+        QFETCH(int, maxSize);
+        QFETCH(QList<int>, lengths);
+        QFETCH(int, records);
+        const QByteArray file =
+            QFile::encodeName(m_dir.filePath(QString("batch-%1.log").arg(QTest::currentDataTag())));
+        SetLogFile(file, 0);
+        VantorPrivate::openLogFile(file, 0, 0, maxSize);
+        ClosePrintMessageThread();
+        QTest::qWait(100);
+        QByteArray expected; // the file as stdio makes it: rewound once past the mark
+        int position = 0;
+        for (int i = 0; i < records; ++i) {
+            const int length = lengths[i % lengths.size()];
+            const QByteArray record = QByteArray(length - 1, char('a' + i % 26)) + '\n';
+            PrintMessage("%s", record.constData());
+            if (position > maxSize)
+                position = 0;
+            expected.resize(qMax(expected.size(), position + length));
+            expected.replace(position, length, record);
+            position += length;
+        }
+        QVERIFY(StartPrintMessageThread());
+        QTRY_COMPARE(contentOf(file), expected);
+    }
+
     void datedName_data()
     {
         QTest::addColumn<QString>("name");

@@ -3,6 +3,9 @@
 //   add KEY SIZE COUNT N [wait]  Init(), then adds N records (source 2) to a ring, leaving the
 //                                taker room; with "wait", only after a line on standard input
 //   take KEY SIZE COUNT N        Init(), then takes N records and checks their order and bytes
+//   hold KEY SIZE COUNT N        takes the lock that Add takes, then - as an Add killed half-way
+//                                would - fills the first N bytes of the slot at EndPos with 0x5A
+//                                (the 12-byte header first); prints HELD and waits to be killed
 //   guard KEY                    RunGuard: RUN (then holds until stdin closes) or BUSY
 //   commonsm KEY N               Init() on a CommonSM block of N bytes, prints it in hex
 #include "CCommonQueue.h"
@@ -15,8 +18,10 @@
 #include <QDeadlineTimer>
 #include <QThread>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <vector>
 
 static void say(const char *line)
@@ -40,6 +45,15 @@ static int queueCommand(const QByteArray &command, int argc, char **argv)
     queue.Init(); // as a second owner would: the live queue stays as it is
     if (!queue.GetQueue())
         return 3;
+    if (command == "hold") {
+        if (!queue.lock())
+            return 6;
+        char *slot = queue.GetMem(queue.GetQueue()) + queue.GetQueue()->EndPos * (size + 12);
+        std::memset(slot, 0x5A, size_t(std::min(n, size + 12)));
+        say("HELD");
+        while (waitLine()) { } // until killed, or until the test's end closes our input
+        return 0;
+    }
     say("READY");
     if (argc > 6 && !waitLine())
         return 4;
@@ -65,7 +79,7 @@ int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
     const QByteArray command = argc > 2 ? argv[1] : "";
-    if ((command == "add" || command == "take") && argc > 5)
+    if ((command == "add" || command == "take" || command == "hold") && argc > 5)
         return queueCommand(command, argc, argv);
     if (command == "guard") {
         RunGuard guard(QString::fromUtf8(argv[2]));

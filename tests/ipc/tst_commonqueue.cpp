@@ -305,6 +305,68 @@ private slots:
         IpcTest::removeSegment(small);
     }
 
+    void killedHolder_data()
+    {
+        QTest::addColumn<int>("size");
+        QTest::addColumn<int>("scribbled");      // bytes of the slot at EndPos the holder wrote
+        QTest::addColumn<bool>("holderCreates"); // the segment and its lock, before this process
+        QTest::newRow("killed holding the lock") << 64 << 0 << false;
+        QTest::newRow("killed half-way through a record") << 2048 << 12 + 1000 << false;
+        QTest::newRow("killed, having made segment and lock") << 64 << 12 << true;
+    }
+
+    // A producer killed (SIGKILL) while it holds the lock that Add takes stops nobody: another
+    // producer's Adds, which waited for that very lock, go on, the half-written slot is written
+    // over, and the taker sees every record whole and in order.
+    void killedHolder()
+    {
+        QFETCH(int, size);
+        QFETCH(int, scribbled);
+        QFETCH(bool, holderCreates);
+        const int count = 16, n = 40, early = holderCreates ? 0 : 2;
+        CCommonQueue q(size, m_key.constData(), CCommonQueue::FifoMode, count, 1);
+        QVERIFY(holderCreates || q.Init());
+        std::vector<char> record(size_t(size), 0);
+        for (int i = 0; i < early; ++i) {
+            QueueRecord::fill(record.data(), size, 1, i);
+            QVERIFY(q.Add(record.data(), nullptr, 10000, 1, nullptr));
+        }
+        const QStringList args {QString::fromLatin1(m_key), QString::number(size),
+                                QString::number(count)};
+        const auto holder =
+            IpcTest::startPeer(QStringList {"hold"} << args << QString::number(scribbled));
+        QCOMPARE(IpcTest::readLine(*holder), QByteArray("HELD"));
+        const auto producer = IpcTest::startPeer(QStringList {"add"} << args << QString::number(n));
+        QCOMPARE(IpcTest::readLine(*producer), QByteArray("READY"));
+        QThread::msleep(300);
+        QCOMPARE((Raw {q, size}.end()), early); // the producer waits for the holder's lock
+        holder->kill();                         // by its PID
+        QVERIFY(holder->waitForFinished(10000));
+
+        std::vector<int> next(3, 0);
+        int total = 0, bad = 0;
+        const auto takeAll = [&] {
+            for (const char *d; (d = q.Get(-1, 0, 0, nullptr)); ++total) {
+                std::int32_t src, seq;
+                bad += !QueueRecord::check(d, size, src, seq) || src < 1 || src > 2 ||
+                    seq != next[size_t(src)]++;
+            }
+        };
+        for (QDeadlineTimer t(20000); total < early + n && !t.hasExpired(); QThread::msleep(1))
+            takeAll();
+        if (!producer->waitForFinished(20000)) {
+            producer->kill();
+            producer->waitForFinished();
+            QFAIL("the producer did not finish");
+        }
+        QCOMPARE(producer->readAllStandardOutput().trimmed(), QByteArray("DONE 40"));
+        QueueRecord::fill(record.data(), size, 1, early);
+        QVERIFY(q.Add(record.data(), nullptr, 10000, 1, nullptr)); // and so does this process
+        takeAll();
+        QCOMPARE(QList<int>({bad, total, next[1], next[2]}),
+                 QList<int>({0, early + 1 + n, early + 1, n}));
+    }
+
     void stream_data()
     {
         QTest::addColumn<QString>("adders"); // threads of this process, or what the peer does
