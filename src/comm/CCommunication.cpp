@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "CCommunication.h"
 
+#include "MutexLocker_p.h"
 #include "VantorStrings.h"
 
 #include <QDateTime>
 #include <QMutex>
-#include <QMutexLocker>
 
 #include <algorithm>
 
@@ -54,7 +54,7 @@ void CCommunication::Init()
     m_pSerialComm = nullptr;
     m_pTcpSock = nullptr;
     m_pUdpSock = nullptr;
-    QMutexLocker locker(&lanPortMutex());
+    VantorPrivate::MutexLocker<> locker(&lanPortMutex());
     resetTables();
 }
 
@@ -231,7 +231,7 @@ CString CCommunication::GetCommInfoString(CCommData &data)
 
 int CCommunication::GetLanPortSequence(int port, int reuse)
 {
-    QMutexLocker locker(&lanPortMutex());
+    VantorPrivate::MutexLocker<> locker(&lanPortMutex());
     Sleep(10);
     for (int i = 0; i < 256; ++i) {
         if (s_LanPortTable[i] < 0) {

@@ -2,6 +2,7 @@
 #include "SqlDB.h"
 
 #include "AfxMessageBox.h"
+#include "MutexLocker_p.h"
 #include "PrintMessage.h"
 
 #include <QSqlDatabase>
@@ -91,7 +92,7 @@ bool SqlDB::connectTo(const QString &driver, const QString &host, int port, cons
     if (m_pDatabase->isOpen())
         return true;
 
-    QMutexLocker lock(&m_Mutex);
+    VantorPrivate::MutexLocker<> lock(&m_Mutex);
     m_strDriver = CString(driver);
     const QString name = QString::asprintf("DB_CONNECTION_%d", m_nConnectionID++);
     *m_pDatabase = QSqlDatabase::addDatabase(driver, name);
@@ -123,7 +124,7 @@ bool SqlDB::run(const char *sql, QList<QVariant> *rows)
     if (!IsOpened() || !sql || !*sql)
         return false;
 
-    QMutexLocker lock(&m_Mutex);
+    VantorPrivate::MutexLocker<> lock(&m_Mutex);
     QSqlQuery query(*m_pDatabase);
     PrintMessage("%s\r\n", sql);
     bool ok = query.exec(QString::fromLatin1(sql));

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "VantorStrings.h"
 
+#include "MutexLocker_p.h"
+
 #include <QCoreApplication>
 #include <QMutex>
-#include <QMutexLocker>
 #include <QThread>
 
 CString VantorStrings::RDBKind[5] = {CString("Oracle"), CString("MariaDB"), CString("MS SQL(ODBC)"),
@@ -35,13 +36,13 @@ void VantorStrings::Init()
 void SetAppName(char const *name)
 {
     const QString value = name ? QString::fromUtf8(name) : QString();
-    QMutexLocker locker(&appNameLock);
+    VantorPrivate::MutexLocker<> locker(&appNameLock);
     appName = value;
 }
 
 QString GetAppName()
 {
-    QMutexLocker locker(&appNameLock);
+    VantorPrivate::MutexLocker<> locker(&appNameLock);
     return appName;
 }
 

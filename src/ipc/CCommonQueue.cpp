@@ -6,9 +6,9 @@
 #include "SystemTime.h"
 
 #include "CCommonQueue_p.h"
+#include "MutexLocker_p.h"
 
 #include <QMutex>
-#include <QMutexLocker>
 
 #if defined(Q_OS_LINUX)
 #include <sys/mman.h>
@@ -74,7 +74,7 @@ public:
             return;
         }
         if (m_threads)
-            m_threads->lock();
+            VantorPrivate::lockSeen(m_threads);
         // The semaphore's result is not examined, as before: Add proceeds either way.
         if (segment && segment->lock())
             m_segment = segment;
@@ -86,7 +86,7 @@ public:
         if (m_segment)
             m_segment->unlock();
         if (m_threads)
-            m_threads->unlock();
+            VantorPrivate::unlockSeen(m_threads);
     }
     /// False only when the robust mutex was found unrecoverable: Add is refused then.
     bool usable() const { return m_held; }
@@ -187,7 +187,7 @@ BOOL CCommonQueue::Init()
     const qint64 total = blockBytes(m_nCount, m_nSize);
     if (total < 0)
         return TRUE;
-    QMutexLocker locker(&g_reachMutex);
+    VantorPrivate::MutexLocker<QBasicMutex> locker(&g_reachMutex);
     // An existing segment makes create() fail; unless this object is already attached, no data
     // pointer results and the live queue is left alone.
     create(int(total), QSharedMemory::ReadWrite);
@@ -241,7 +241,7 @@ QUEUEMEM *CCommonQueue::reachBlock()
         return m_pQueue.loadAcquire();
     }
 
-    QMutexLocker locker(&g_reachMutex);
+    VantorPrivate::MutexLocker<QBasicMutex> locker(&g_reachMutex);
     if (!isAttached())
         attach(QSharedMemory::ReadWrite);
     // A new segment starts zeroed by the system.
