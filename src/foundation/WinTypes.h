@@ -173,7 +173,8 @@ typedef struct _SECURITY_ATTRIBUTES
  * Stock brush numbers, as CBrush::CreateStockObject takes them (see CBrush::StockObject).
  */
 ///@{
-/// A stock brush number 0 ... 5: white, light grey, grey, dark grey, black, none (hollow).
+/// A stock brush number 0 ... 5, named white, light grey, grey, dark grey, black and none; only
+/// NULL_BRUSH (HOLLOW_BRUSH) acts apart: CBrush gives every other one in its current colour.
 #define WHITE_BRUSH 0
 #define LTGRAY_BRUSH 1
 #define GRAY_BRUSH 2
