@@ -41,7 +41,9 @@ public:
      */
     void SaveWithFormatted(char const *path);
 
+    /// The document being built; emptied by SaveWithFormatted.
     QDomDocument m_Doc;
+    /// The root node that GetRoot returns; its element is the top element once Create ran.
     CXmlNode m_Root;
 };
 

@@ -36,6 +36,7 @@ public:
      */
     CXmlNode *CreateNode(CXmlNode *parent, char const *name);
 
+    /// The document and its root node; save it with m_Xml.SaveWithFormatted.
     CXml m_Xml;
     /// Carried for the application; empty at first.
     CString m_strUser;
