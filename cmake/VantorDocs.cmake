@@ -5,9 +5,10 @@
 #
 # VANTOR_DOCS_EXCLUDE lists headers (paths relative to the source tree) left out of the run.
 
-find_package(Doxygen QUIET)
+# 1.9 or later: FAIL_ON_WARNINGS.
+find_package(Doxygen 1.9 QUIET)
 if(NOT DOXYGEN_FOUND)
-    message(STATUS "doxygen not found: no docs target")
+    message(STATUS "doxygen 1.9 or later not found: no docs target")
     return()
 endif()
 
