@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/**
+ * @file CFile.h
+ * The raw-record file CFile, the optional FILEHEADER record with InitFileHeader, and
+ * DeleteFileW.
+ */
+
 #include "CRect.h"
 #include "CString.h"
 #include "WinTypes.h"

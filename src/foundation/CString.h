@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/**
+ * @file CString.h
+ * The string value type CString and MakeString, the fixed-buffer copy for 8-bit text.
+ */
+
 #include "vantor_export.h"
 
 #include <QByteArray>
