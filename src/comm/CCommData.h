@@ -42,7 +42,14 @@ class VANTOR_EXPORT CCommData
 {
 public:
     /// Link kinds (m_nKind).
-    enum Kind : std::uint8_t { Serial = 0, Udp = 1, TcpClient = 2, TcpServer = 3 };
+    enum Kind : std::uint8_t {
+        Serial = 0,    ///< Serial port with the settings in m_CommInfo.
+        Udp = 1,       ///< UDP socket bound to the local port m_nPort.
+        TcpClient = 2, ///< TCP connection to m_strIPAddr and m_nPort.
+        /// TCP, server side: the application hands in the sockets it accepts
+        /// (CCommunication::SetSocket); CreateComm still connects to m_strIPAddr and m_nPort.
+        TcpServer = 3
+    };
 
     /// Serial kind, port 2001, default serial settings, empty address, renewal 10,000 ms.
     CCommData();

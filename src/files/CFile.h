@@ -47,6 +47,7 @@ static_assert(sizeof(FILEHEADER) == 16, "FILEHEADER keeps its 16-byte file layou
 class VANTOR_EXPORT CFile
 {
 public:
+    /// Closed, in disk mode until the first Open without a name.
     CFile();
     /// Calls Close().
     ~CFile();

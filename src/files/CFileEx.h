@@ -21,6 +21,7 @@ class QDateTime;
 class VANTOR_EXPORT CFileEx
 {
 public:
+    /// No path yet; dated folders are kept 7 days (m_nKeepDays).
     CFileEx();
     /// Constructs and calls SetFullName(path).
     explicit CFileEx(char const *path);

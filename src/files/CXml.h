@@ -16,6 +16,7 @@ namespace TreeXml {
 class VANTOR_EXPORT CXml
 {
 public:
+    /// An empty document; the root node has no element until CXmlEx::Create.
     CXml();
     ~CXml();
 

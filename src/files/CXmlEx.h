@@ -15,6 +15,7 @@ namespace TreeXml {
 class VANTOR_EXPORT CXmlEx
 {
 public:
+    /// An empty document; call Create to give it its top element.
     CXmlEx();
     virtual ~CXmlEx();
 

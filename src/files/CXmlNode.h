@@ -20,6 +20,7 @@ class CXmlEx;
 class VANTOR_EXPORT CXmlNode
 {
 public:
+    /// A node without document or element: nothing set on it is saved.
     CXmlNode();
 
     /**

@@ -12,6 +12,7 @@
 class VANTOR_EXPORT CByteArray
 {
 public:
+    /// An empty array.
     CByteArray();
 
     /// The number of elements; GetSize and GetCount are the same.

@@ -12,6 +12,7 @@
 class VANTOR_EXPORT CIntArray
 {
 public:
+    /// An empty array.
     CIntArray();
 
     /// The number of elements; GetSize and GetCount are the same.

@@ -17,6 +17,7 @@ class QObject;
 class VANTOR_EXPORT CObArray
 {
 public:
+    /// An empty array.
     CObArray();
 
     /// The number of elements; GetSize and GetCount are the same.

@@ -12,6 +12,7 @@
 class VANTOR_EXPORT CPtrArray
 {
 public:
+    /// An empty array.
     CPtrArray();
 
     /// The number of elements; GetSize and GetCount are the same.

@@ -15,6 +15,7 @@
 class VANTOR_EXPORT CRectArray
 {
 public:
+    /// An empty array.
     CRectArray();
     /// Copies every rectangle into blocks of its own.
     CRectArray(const CRectArray &other);

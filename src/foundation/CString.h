@@ -27,6 +27,7 @@
 class VANTOR_EXPORT CString
 {
 public:
+    /// The empty text.
     CString();
     /// Takes the Unicode text as it is.
     CString(const QString &s);
@@ -129,6 +130,7 @@ public:
     ///@}
     /// Appends the other text; returns this string.
     CString &operator+=(const CString &other);
+    /// A new string holding the two texts one after the other.
     friend CString operator+(const CString &a, const CString &b)
     {
         return CString(a.text + b.text);

@@ -14,6 +14,7 @@
 class VANTOR_EXPORT CStringArray
 {
 public:
+    /// An empty array.
     CStringArray();
 
     /// The number of elements; GetSize and GetCount are the same.

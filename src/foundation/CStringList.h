@@ -13,6 +13,7 @@
 class VANTOR_EXPORT CStringList
 {
 public:
+    /// An empty list.
     CStringList();
 
     /// The number of strings held.

@@ -43,6 +43,7 @@ static_assert(sizeof(TimeStruct) == 12, "TimeStruct keeps its record layout");
 class VANTOR_EXPORT CTimeEx
 {
 public:
+    /// Holds no state; any instance serves every thread.
     CTimeEx();
     ~CTimeEx();
 

@@ -12,6 +12,7 @@
 class VANTOR_EXPORT CUIntArray
 {
 public:
+    /// An empty array.
     CUIntArray();
 
     /// The number of elements; GetSize and GetCount are the same.

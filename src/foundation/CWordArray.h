@@ -12,6 +12,7 @@
 class VANTOR_EXPORT CWordArray
 {
 public:
+    /// An empty array.
     CWordArray();
 
     /// The number of elements; GetSize and GetCount are the same.
