@@ -5,6 +5,11 @@
 #
 # VANTOR_DOCS_EXCLUDE lists headers (paths relative to the source tree) left out of the run.
 
+option(VANTOR_BUILD_DOCS "Add the docs target (API reference) when doxygen is found" ${PROJECT_IS_TOP_LEVEL})
+if(NOT VANTOR_BUILD_DOCS)
+    return()
+endif()
+
 # 1.9 or later: FAIL_ON_WARNINGS.
 find_package(Doxygen 1.9 QUIET)
 if(NOT DOXYGEN_FOUND)
