@@ -16,12 +16,15 @@ class CFile;
  */
 struct CommSetting
 {
+    /// Zeroed by GetCommSetting, ignored by SetCommSetting.
     char Reserved[32];
     /// 0 serial, 1 UDP, 2 TCP client, 3 TCP server side.
     std::int32_t Kind;
+    /// Serial settings, used by the serial kind.
     CommInfo Serial;
     /// NUL-terminated 8-bit text.
     char IPAddr[64];
+    /// TCP or UDP port, 0 to 65535 (narrowed to 16 bits on the way in).
     std::int32_t Port;
 };
 
@@ -39,7 +42,14 @@ class VANTOR_EXPORT CCommData
 {
 public:
     /// Link kinds (m_nKind).
-    enum Kind : std::uint8_t { Serial = 0, Udp = 1, TcpClient = 2, TcpServer = 3 };
+    enum Kind : std::uint8_t {
+        Serial = 0,    ///< Serial port with the settings in m_CommInfo.
+        Udp = 1,       ///< UDP socket bound to the local port m_nPort.
+        TcpClient = 2, ///< TCP connection to m_strIPAddr and m_nPort.
+        /// TCP, server side: the application hands in the sockets it accepts
+        /// (CCommunication::SetSocket); CreateComm still connects to m_strIPAddr and m_nPort.
+        TcpServer = 3
+    };
 
     /// Serial kind, port 2001, default serial settings, empty address, renewal 10,000 ms.
     CCommData();
@@ -49,8 +59,11 @@ public:
      * stamp, the TCP-opened flag and the renewal period of this record are kept, so that a
      * channel's own state survives a change of settings.
      */
+    ///@{
     CCommData &operator=(CCommData &other);
     CCommData &operator=(const CCommData &other);
+    ///@}
+    /// Unlike assignment, copy construction copies every field, the channel state included.
     CCommData(const CCommData &other) = default;
 
     /**
@@ -73,8 +86,11 @@ public:
 
     /// Link kind, 0 to 3 (see Kind).
     std::uint8_t m_nKind;
+    /// Port: the peer's for the TCP kinds, the local one UDP binds to. 2001 by default.
     std::uint16_t m_nPort;
+    /// Serial settings, used by the serial kind.
     CommInfo m_CommInfo;
+    /// Peer address for the TCP kinds, numeric IPv4 or IPv6 text (host names are not looked up).
     CString m_strIPAddr;
     /// Carried for the application; default 0.
     std::int32_t m_nParam;

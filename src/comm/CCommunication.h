@@ -91,7 +91,11 @@ public:
      */
     static int GetLanPortSequence(int port, int reuse);
 
+    /// The owned link of each kind, made by the first CreateComm of that kind; null until then
+    /// and after DeleteComm destroys it.
+    ///@{
     CSerialComm *m_pSerialComm;
     CTcpSock *m_pTcpSock;
     CUdpSock *m_pUdpSock;
+    ///@}
 };

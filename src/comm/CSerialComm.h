@@ -73,6 +73,7 @@ public:
 
     /// The owned port, null until the first CreateComm.
     QSerialPort *m_pPort;
+    /// The value given to SetMessageBoxFlag, 0 at first; kept for callers that read it back.
     int m_nMessageBoxFlag;
     /// Bytes taken from the port by ReadData(char*, int) and not yet handed out.
     QByteArray m_ReceiveBuffer;

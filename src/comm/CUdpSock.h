@@ -63,6 +63,7 @@ public:
     CString m_strIPAddr;
     /// The owned socket, null until CreateComm succeeds.
     QUdpSocket *m_pSocket;
+    /// The value given to SetMessageBoxFlag, 0 at first; kept for callers that read it back.
     int m_nMessageBoxFlag;
     /// The bound port: WriteData's destination for port 0.
     int m_nPort;

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/**
+ * @file DialogSetRDBInfo.h
+ * The database connection dialog and RDBInfoDlg, which runs it on a SqlInfo record.
+ */
+
 #include "SqlInfo.h"
 #include "vantor_export.h"
 

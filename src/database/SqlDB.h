@@ -32,6 +32,7 @@ class QSqlDatabase;
 class VANTOR_EXPORT SqlDB
 {
 public:
+    /// Not connected; errors go to the message log (m_bShowMessageBox false).
     SqlDB();
     virtual ~SqlDB();
 

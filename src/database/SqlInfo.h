@@ -25,6 +25,7 @@ struct SqlInfo
     int nPort = 0;
     /// Database name; for the ODBC kinds the data-source name or a connection string.
     CString strDBName;
+    /// Login name handed to the server or ODBC driver with the password.
     CString strUser;
     /// Kept in plain text in memory.
     CString strPassword;

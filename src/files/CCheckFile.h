@@ -16,6 +16,7 @@
 class VANTOR_EXPORT CCheckFile
 {
 public:
+    /// Watches the modification time (mode 0), checking at most every 2,000 ms.
     CCheckFile();
 
     /**

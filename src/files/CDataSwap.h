@@ -7,6 +7,7 @@
 class VANTOR_EXPORT CDataSwap
 {
 public:
+    /// Holds no state.
     CDataSwap();
     ~CDataSwap();
 

@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/**
+ * @file CFile.h
+ * The raw-record file CFile, the optional FILEHEADER record with InitFileHeader, and
+ * DeleteFileW.
+ */
+
 #include "CRect.h"
 #include "CString.h"
 #include "WinTypes.h"
@@ -19,9 +25,11 @@ struct FILEHEADER
     /// Format version as NUL-padded text ("1.0").
     char version[4];
     /// Words whose meaning is left to the file's owner; InitFileHeader sets them to 0.
+    ///@{
     DWORD reserved1;
     DWORD reserved2;
     DWORD reserved3;
+    ///@}
 };
 static_assert(sizeof(FILEHEADER) == 16, "FILEHEADER keeps its 16-byte file layout");
 
@@ -39,6 +47,7 @@ static_assert(sizeof(FILEHEADER) == 16, "FILEHEADER keeps its 16-byte file layou
 class VANTOR_EXPORT CFile
 {
 public:
+    /// Closed, in disk mode until the first Open without a name.
     CFile();
     /// Calls Close().
     ~CFile();
@@ -86,12 +95,19 @@ public:
     qint64 Size();
     /// Moves to the absolute position `pos`; there is no relative or end-based seek.
     bool Seek(int pos);
+    /// The current position in bytes from the start of the active device.
     qint64 Pos();
     /// Truncates or extends the disk file to `length` bytes. Does nothing in memory mode.
     void SetLength(int length);
 
     /// Writes `count` bytes from `data`; returns the bytes accepted or a negative value.
     int Write(void *data, int count);
+    /**
+     * Writes the value little-endian in its own width: 1 byte for char, 2 for short, 4 for int
+     * and float, 8 for long long and double. Returns the bytes written (the width) or a
+     * negative value on a device error.
+     */
+    ///@{
     int Write(char value);
     int Write(unsigned char value);
     /// One byte, 0 or 1.
@@ -108,16 +124,24 @@ public:
     int Write(long long value);
     int Write(unsigned long long value);
     int Write(double value);
+    ///@}
     /// Left, top, right, bottom as four 32-bit integers. Always returns 16.
     int Write(CRect rect);
     /// A 32-bit byte count, then the UTF-8 bytes without terminator; returns the second write's
     /// result.
     int Write(CString text);
-    /// The first `count` bytes of the string's UTF-8 form, without a length prefix.
+    /// The first `count` bytes of the string's UTF-8 form, without a length prefix; a shorter
+    /// string is padded with NULs up to `count`. A negative count writes nothing and returns -1.
     int Write(CString text, int count);
 
     /// Reads `count` bytes into `data`; returns the bytes read or a negative value.
     int Read(void *data, int count);
+    /**
+     * Reads a little-endian value of the variable's own width (as Write stores it) and returns
+     * the bytes read. At the end of the file a short read changes only the bytes that arrived:
+     * check the result against the width. A bool reads one byte, true when it is not 0.
+     */
+    ///@{
     int Read(char &value);
     int Read(unsigned char &value);
     int Read(bool &value);
@@ -133,6 +157,7 @@ public:
     int Read(long long &value);
     int Read(unsigned long long &value);
     int Read(double &value);
+    ///@}
     /// Reads left, top, right, bottom. Always returns 16, whatever the device delivered.
     int Read(CRect &rect);
     /**

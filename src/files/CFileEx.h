@@ -21,6 +21,7 @@ class QDateTime;
 class VANTOR_EXPORT CFileEx
 {
 public:
+    /// No path yet; dated folders are kept 7 days (m_nKeepDays).
     CFileEx();
     /// Constructs and calls SetFullName(path).
     explicit CFileEx(char const *path);
@@ -41,7 +42,9 @@ public:
      * "C:/") keeps its separator.
      */
     void SetFullName(char const *path);
+    /// The base name last set by SetFullName: up to the first dot, without folder.
     CString GetName();
+    /// The extension last set by SetFullName or SetExtName, without its leading dot.
     CString GetExtName();
     /// Sets m_strExt; returns 1.
     int SetExtName(char const *ext);
@@ -61,6 +64,7 @@ public:
     /// The path without its last component, keeping the separator before it; a trailing
     /// separator is not a component. A path without separator comes back unchanged.
     CString DetachLastDir(char const *path);
+    /// True when `path` (Latin-1) names an existing directory, or a link to one; false for "".
     bool IsDirectory(char const *path);
 
     /// Creates the directory with its missing parents when nothing of that name exists.

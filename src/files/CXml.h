@@ -16,6 +16,7 @@ namespace TreeXml {
 class VANTOR_EXPORT CXml
 {
 public:
+    /// An empty document; the root node has no element until CXmlEx::Create.
     CXml();
     ~CXml();
 
@@ -41,7 +42,9 @@ public:
      */
     void SaveWithFormatted(char const *path);
 
+    /// The document being built; emptied by SaveWithFormatted.
     QDomDocument m_Doc;
+    /// The root node that GetRoot returns; its element is the top element once Create ran.
     CXmlNode m_Root;
 };
 

@@ -15,6 +15,7 @@ namespace TreeXml {
 class VANTOR_EXPORT CXmlEx
 {
 public:
+    /// An empty document; call Create to give it its top element.
     CXmlEx();
     virtual ~CXmlEx();
 
@@ -36,6 +37,7 @@ public:
      */
     CXmlNode *CreateNode(CXmlNode *parent, char const *name);
 
+    /// The document and its root node; save it with m_Xml.SaveWithFormatted.
     CXml m_Xml;
     /// Carried for the application; empty at first.
     CString m_strUser;

@@ -20,6 +20,7 @@ class CXmlEx;
 class VANTOR_EXPORT CXmlNode
 {
 public:
+    /// A node without document or element: nothing set on it is saved.
     CXmlNode();
 
     /**
@@ -46,6 +47,8 @@ public:
     /// The string's text; nothing for an empty string.
     void SetValue(CString text);
     void SetValue(char value); ///< The character's numeric code, in decimal.
+    /// The number in decimal, with a minus sign when negative.
+    ///@{
     void SetValue(unsigned char value);
     void SetValue(bool value); ///< 0 or 1.
     void SetValue(short value);
@@ -56,6 +59,7 @@ public:
     void SetValue(unsigned long value);
     void SetValue(long long value);
     void SetValue(unsigned long long value);
+    ///@}
     void SetValue(float value);  ///< "%f": fixed point with six decimals, 1.5 gives 1.500000.
     void SetValue(double value); ///< "%f": fixed point with six decimals, 0.1 gives 0.100000.
 

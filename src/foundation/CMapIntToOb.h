@@ -15,6 +15,7 @@ class QObject;
 class VANTOR_EXPORT CMapIntToOb
 {
 public:
+    /// An empty map.
     CMapIntToOb();
 
     /// The number of keys, counting those added by a failed Lookup or GetAt.

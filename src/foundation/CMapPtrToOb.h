@@ -16,6 +16,7 @@ class QObject;
 class VANTOR_EXPORT CMapPtrToOb
 {
 public:
+    /// An empty map.
     CMapPtrToOb();
 
     /// The number of keys, counting those added by a failed Lookup or GetAt.

@@ -17,6 +17,7 @@ class QObject;
 class VANTOR_EXPORT CMapStringToOb
 {
 public:
+    /// An empty map.
     CMapStringToOb();
 
     /// The number of keys, counting those added by a failed Lookup or GetAt.

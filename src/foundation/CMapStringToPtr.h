@@ -15,6 +15,7 @@
 class VANTOR_EXPORT CMapStringToPtr
 {
 public:
+    /// An empty map.
     CMapStringToPtr();
 
     /// The number of keys, counting those added by a failed Lookup or GetAt.

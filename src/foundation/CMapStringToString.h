@@ -16,6 +16,7 @@
 class VANTOR_EXPORT CMapStringToString
 {
 public:
+    /// An empty map.
     CMapStringToString();
 
     /// The number of keys, counting those added by a failed Lookup or GetAt.

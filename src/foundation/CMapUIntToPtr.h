@@ -14,6 +14,7 @@
 class VANTOR_EXPORT CMapUIntToPtr
 {
 public:
+    /// An empty map.
     CMapUIntToPtr();
 
     /// The number of keys, counting those added by a failed Lookup or GetAt.

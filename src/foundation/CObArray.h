@@ -17,10 +17,15 @@ class QObject;
 class VANTOR_EXPORT CObArray
 {
 public:
+    /// An empty array.
     CObArray();
 
+    /// The number of elements; GetSize and GetCount are the same.
+    ///@{
     int GetSize() const;
     int GetCount() const;
+    ///@}
+    /// True when the array holds no element.
     bool IsEmpty() const;
 
     /// The pointer at the index; null when the index is negative or not below the size.
@@ -30,6 +35,7 @@ public:
     /// The index of the first element equal to the pointer, scanning from 0, or -1.
     int Find(QObject const *object) const;
 
+    /// Appends the pointer at the end; the array does not take ownership.
     void Add(QObject const *object);
     /// Inserts before the index (0 to GetSize()); a bad index is clamped to that range.
     void InsertAt(int index, QObject const *object);

@@ -17,13 +17,21 @@ class VANTOR_EXPORT CPoint : public tagPOINT
 public:
     /// The origin (0, 0).
     CPoint();
+    /// The point (x, y).
     CPoint(int x, int y);
+    /// The same point as the QPoint (taken by non-const reference, as ported code passes it).
     CPoint(QPoint &point);
+    /// Copies x and y; a CPoint is a plain value.
+    ///@{
     CPoint(const CPoint &other) = default;
     CPoint &operator=(CPoint const &other) = default;
+    ///@}
 
+    /// True when both coordinates are equal; a CPoint compares with a QPoint directly.
+    ///@{
     bool operator==(CPoint const &other) const;
     bool operator==(QPoint const &other) const;
+    ///@}
 
     /// The same point as a QPoint.
     QPoint GetPoint() const;

@@ -12,10 +12,15 @@
 class VANTOR_EXPORT CPtrArray
 {
 public:
+    /// An empty array.
     CPtrArray();
 
+    /// The number of elements; GetSize and GetCount are the same.
+    ///@{
     int GetSize() const;
     int GetCount() const;
+    ///@}
+    /// True when the array holds no element.
     bool IsEmpty() const;
 
     /**
@@ -28,6 +33,7 @@ public:
     /// The index of the first element equal to the pointer, scanning from 0, or -1.
     int Find(void const *pointer) const;
 
+    /// Appends the pointer at the end; the array does not take ownership.
     void Add(void const *pointer);
     /// Inserts before the index (0 to GetSize()); a bad index is clamped to that range.
     void InsertAt(int index, void const *pointer);

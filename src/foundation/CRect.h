@@ -23,8 +23,11 @@ public:
     CRect();
     /// Normalised: the smaller x becomes left, the larger right; likewise for y.
     CRect(int l, int t, int r, int b);
+    /// Copies the four edges as stored, without normalising: an inverted rectangle stays so.
+    ///@{
     CRect(const CRect &other) = default;
     CRect &operator=(CRect other);
+    ///@}
 
     /// Stores the edges exactly as given. Deliberately not normalised, unlike the constructor.
     void SetRect(int l, int t, int r, int b);
@@ -36,10 +39,14 @@ public:
     /// (Width(), Height()).
     CSize Size() const;
 
+    /// A corner as stored: (left, top), (right, top), (left, bottom), (right, bottom). Right and
+    /// bottom are inside the rectangle, so every corner is one of its pixels.
+    ///@{
     CPoint TopLeft() const;
     CPoint TopRight() const;
     CPoint BottomLeft() const;
     CPoint BottomRight() const;
+    ///@}
     /**
      * ((left + right - 1) / 2, (top + bottom - 1) / 2), truncated toward zero. The -1 is
      * deliberate: the centre of (0, 0, 9, 9) and of (0, 0, 10, 10) is (4, 4).

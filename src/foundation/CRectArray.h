@@ -15,6 +15,7 @@
 class VANTOR_EXPORT CRectArray
 {
 public:
+    /// An empty array.
     CRectArray();
     /// Copies every rectangle into blocks of its own.
     CRectArray(const CRectArray &other);
@@ -23,6 +24,7 @@ public:
     /// Replaces the contents by copies of the other array's rectangles.
     CRectArray &operator=(CRectArray &other);
 
+    /// The number of rectangles held.
     int GetCount() const;
     /// The rectangle at the index; null when the index is negative or not below the count.
     CRect *Get(int index) const;

@@ -12,6 +12,7 @@ class VANTOR_EXPORT CSize : public tagSIZE
 public:
     /// The empty extent (0, 0).
     CSize();
+    /// The extent (cx, cy), stored as given; negative extents are kept.
     CSize(int cx, int cy);
 };
 

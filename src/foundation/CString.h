@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/**
+ * @file CString.h
+ * The string value type CString and MakeString, the fixed-buffer copy for 8-bit text.
+ */
+
 #include "vantor_export.h"
 
 #include <QByteArray>
@@ -22,17 +27,23 @@
 class VANTOR_EXPORT CString
 {
 public:
+    /// The empty text.
     CString();
+    /// Takes the Unicode text as it is.
     CString(const QString &s);
+    /// Decodes the zero-terminated 8-bit text as UTF-8; a null pointer gives an empty text.
+    ///@{
     CString(char const *s);
     CString(char *s);
     CString(unsigned char *s);
+    ///@}
 
     /// Replaces the text by the UTF-8 decoding of `s` (a null pointer gives an empty text).
     CString &operator=(char const *s);
     /// Assigns the empty text.
     void Empty();
 
+    /// True when the text has no characters.
     bool IsEmpty() const;
     /// UTF-16 code units of the text, or with `inBytes` true the byte count of its UTF-8 form.
     int GetLength(bool inBytes = false) const;
@@ -45,12 +56,20 @@ public:
     /// Case-sensitive comparison: negative, 0 or positive.
     int Compare(const CString &other) const;
 
+    /**
+     * First occurrence of the character (read as Latin-1) or of `sub` at or after `start`,
+     * or -1. A negative `start` counts back from the end, as QString::indexOf does.
+     */
+    ///@{
     int Find(char ch) const;
     int Find(char ch, int start) const;
     int Find(const QString &sub, int start = 0) const;
+    ///@}
     /// Last occurrence at or before `start` (-1: from the last character), or -1.
+    ///@{
     int ReverseFind(char ch, int start = -1) const;
     int ReverseFind(const QString &sub, int start = -1) const;
+    ///@}
 
     /**
      * The zero-terminated UTF-8 bytes of the text, converted afresh at every call.
@@ -90,6 +109,7 @@ public:
     }
     /// Replaces every occurrence of `from` (UTF-8) by `to`; returns a copy of the new text.
     CString Replace(char const *from, char const *to);
+    /// Replaces every `from` character by `to`; returns a copy of the new text.
     CString Replace(QChar from, QChar to);
     /// Removes every occurrence of `ch`; returns this string.
     CString &Remove(QChar ch);
@@ -102,10 +122,15 @@ public:
     int Insert(int index, const CString &s);
 
     // Conveniences that ported code expects of a string value.
+    /// Case-sensitive comparison of the texts; `<` orders by UTF-16 code unit, as QString does.
+    ///@{
     bool operator==(const CString &other) const { return text == other.text; }
     bool operator!=(const CString &other) const { return text != other.text; }
     bool operator<(const CString &other) const { return text < other.text; }
+    ///@}
+    /// Appends the other text; returns this string.
     CString &operator+=(const CString &other);
+    /// A new string holding the two texts one after the other.
     friend CString operator+(const CString &a, const CString &b)
     {
         return CString(a.text + b.text);

@@ -14,10 +14,14 @@
 class VANTOR_EXPORT CStringArray
 {
 public:
+    /// An empty array.
     CStringArray();
 
+    /// The number of elements; GetSize and GetCount are the same.
+    ///@{
     int GetSize() const;
     int GetCount() const;
+    ///@}
 
     /**
      * A new CString with the text at the index. The index is not checked as part of the
@@ -30,11 +34,13 @@ public:
     /// nothing).
     void SetAt(int index, CString text);
 
+    /// Appends the text at the end.
     void Add(CString text);
     /// Inserts before the index (0 to GetSize()); a bad index is clamped to that range.
     void InsertAt(int index, CString text);
     /// Removes the text at the index; an index that is negative or not below the size is ignored.
     void RemoveAt(int index);
+    /// Removes every element.
     void RemoveAll();
 
     /**

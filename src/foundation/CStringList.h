@@ -13,8 +13,10 @@
 class VANTOR_EXPORT CStringList
 {
 public:
+    /// An empty list.
     CStringList();
 
+    /// The number of strings held.
     int GetCount() const;
 
     /**
@@ -41,6 +43,7 @@ public:
     void AddTail(CString text);
     /// Removes the text at the index; an index that is negative or not below the count is ignored.
     void RemoveAt(int index);
+    /// Removes every string.
     void RemoveAll();
 
 private:

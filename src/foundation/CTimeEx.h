@@ -21,14 +21,14 @@
  */
 struct TimeStruct
 {
-    std::int32_t year = 0;
-    std::int8_t month = 0;
-    std::int8_t week = 0;
-    std::int8_t day = 0;
-    std::int8_t dayOfWeek = 0;
-    std::int8_t hour = 0;
-    std::int8_t minute = 0;
-    std::int8_t second = 0;
+    std::int32_t year = 0;     ///< Full year, e.g. 2024.
+    std::int8_t month = 0;     ///< Month, 1 = January ... 12.
+    std::int8_t week = 0;      ///< Week of the month, from 1; filled only where a member says so.
+    std::int8_t day = 0;       ///< Day of the month, 1 ... 31.
+    std::int8_t dayOfWeek = 0; ///< Day of the week, 0 = Monday ... 6 = Sunday.
+    std::int8_t hour = 0;      ///< Hour, 0 ... 23.
+    std::int8_t minute = 0;    ///< Minute, 0 ... 59.
+    std::int8_t second = 0;    ///< Second, 0 ... 59.
 };
 
 static_assert(sizeof(TimeStruct) == 12, "TimeStruct keeps its record layout");
@@ -43,6 +43,7 @@ static_assert(sizeof(TimeStruct) == 12, "TimeStruct keeps its record layout");
 class VANTOR_EXPORT CTimeEx
 {
 public:
+    /// Holds no state; any instance serves every thread.
     CTimeEx();
     ~CTimeEx();
 
@@ -84,6 +85,8 @@ public:
      * time before 1970) the current time is returned instead.
      */
     long long GetTimeT(int year, int month, int day, int hour, int minute, int second);
+    /// GetTimeT of year to second of `ts`; `week` and `dayOfWeek` are ignored, and fields out of
+    /// range are carried by the C library (day 0 is the last day of the month before).
     long long GetTimeT(TimeStruct &ts);
     /// GetTimeT of year to second of `st`; its day of week and milliseconds are ignored.
     long long GetTimeT(_SYSTEMTIME &st);
@@ -103,6 +106,7 @@ public:
      * starts the next week: (dow(1st) + day - 2) / 7 + 1, dow counting 1 = Monday.
      */
     int GetWeek(int year, int month, int day);
+    /// GetWeek of the record's year, month and day; the record's own `week` is not read.
     int GetWeek(TimeStruct const &ts);
     /**
      * Normalises the record with at most one carry or borrow per field, from the seconds up

@@ -12,10 +12,14 @@
 class VANTOR_EXPORT CUIntArray
 {
 public:
+    /// An empty array.
     CUIntArray();
 
+    /// The number of elements; GetSize and GetCount are the same.
+    ///@{
     int GetSize() const;
     int GetCount() const;
+    ///@}
 
     /**
      * The element at the index. The index is not checked as part of the contract: callers pass
@@ -28,12 +32,14 @@ public:
     /// (an invalid one changes nothing).
     void SetAt(int index, unsigned int value);
 
+    /// Appends the value at the end.
     void Add(unsigned int value);
     /// Inserts before the index (0 to GetSize()); a bad index is clamped to that range.
     void InsertAt(int index, unsigned int value);
     /// Removes the element at the index; an index that is negative or not below the size is
     /// ignored.
     void RemoveAt(int index);
+    /// Removes every element.
     void RemoveAll();
 
 private:

@@ -12,10 +12,14 @@
 class VANTOR_EXPORT CWordArray
 {
 public:
+    /// An empty array.
     CWordArray();
 
+    /// The number of elements; GetSize and GetCount are the same.
+    ///@{
     int GetSize() const;
     int GetCount() const;
+    ///@}
 
     /**
      * The element at the index. The index is not checked as part of the contract: callers pass
@@ -25,12 +29,14 @@ public:
     /// As GetAt.
     unsigned short operator[](int index) const;
 
+    /// Appends the value at the end.
     void Add(unsigned short value);
     /// Inserts before the index (0 to GetSize()); a bad index is clamped to that range.
     void InsertAt(int index, unsigned short value);
     /// Removes the element at the index; an index that is negative or not below the size is
     /// ignored.
     void RemoveAt(int index);
+    /// Removes every element.
     void RemoveAll();
 
     /// Empties this array, then appends every element of `other` in order.

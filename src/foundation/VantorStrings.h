@@ -29,6 +29,7 @@ class VANTOR_EXPORT VantorStrings : public QObject
 {
     Q_OBJECT
 public:
+    /// Holds no state: an instance exists only to carry the translation context.
     explicit VantorStrings(QObject *parent = nullptr);
 
     /**

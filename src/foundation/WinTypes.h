@@ -16,6 +16,13 @@
 #include <windows.h>
 #else
 
+/**
+ * @name Integer types
+ * The Windows integer names with their Windows widths: BYTE 8, WORD 16, DWORD/LONG/ULONG 32,
+ * LONGLONG/ULONGLONG 64 bits. BOOL is an int, true when non-zero (compare with FALSE, not TRUE).
+ */
+///@{
+/// A Windows integer type, fixed to its Windows width on every platform (see the group note).
 typedef int BOOL;
 typedef std::uint8_t BYTE;
 typedef std::uint16_t WORD;
@@ -25,42 +32,63 @@ typedef std::uint32_t ULONG;
 typedef unsigned int UINT;
 typedef std::int64_t LONGLONG;
 typedef std::uint64_t ULONGLONG;
+///@}
 /// A colour as 0x00BBGGRR: red in the low byte.
 typedef DWORD COLORREF;
+/// An untyped handle or pointer, passed through and never dereferenced by the library.
+///@{
 typedef void *HANDLE;
 typedef void *LPVOID;
+///@}
 
 #ifndef TRUE
+/// BOOL true, 1. Any non-zero BOOL counts as true, so test BOOLs for non-zero, not against TRUE.
 #define TRUE 1
 #endif
 #ifndef FALSE
+/// BOOL false, 0.
 #define FALSE 0
 #endif
 
 /// A window handle. Opaque, as on Windows; the library accepts it and never dereferences it.
 struct HWND__;
+/// A window handle; nullptr means no owner window.
 typedef HWND__ *HWND;
 
 /// The Windows rectangle record. Note that the library's CRect keeps right and bottom inclusive.
 typedef struct tagRECT
 {
-    LONG left;
-    LONG top;
-    LONG right;
-    LONG bottom;
-} RECT, *PRECT, *LPRECT;
+    LONG left;   ///< Left edge, in pixels.
+    LONG top;    ///< Top edge, in pixels; y grows downwards.
+    LONG right;  ///< Right edge, in pixels.
+    LONG bottom; ///< Bottom edge, in pixels.
+} RECT,
+    /// Pointer to a RECT, as Windows calls take it.
+    ///@{
+    *PRECT, *LPRECT;
+///@}
 
+/// The Windows point record, in pixels; the base of CPoint.
 typedef struct tagPOINT
 {
-    LONG x;
-    LONG y;
-} POINT, *PPOINT, *LPPOINT;
+    LONG x; ///< Horizontal position, in pixels.
+    LONG y; ///< Vertical position, in pixels; grows downwards.
+} POINT,
+    /// Pointer to a POINT, as Windows calls take it.
+    ///@{
+    *PPOINT, *LPPOINT;
+///@}
 
+/// The Windows extent record, in pixels; the base of CSize. Either extent may be negative.
 typedef struct tagSIZE
 {
-    LONG cx;
-    LONG cy;
-} SIZE, *PSIZE, *LPSIZE;
+    LONG cx; ///< Width, in pixels.
+    LONG cy; ///< Height, in pixels.
+} SIZE,
+    /// Pointer to a SIZE, as Windows calls take it.
+    ///@{
+    *PSIZE, *LPSIZE;
+///@}
 
 /**
  * The Windows calendar-time record: eight 16-bit fields, 16 bytes.
@@ -68,15 +96,19 @@ typedef struct tagSIZE
  */
 typedef struct _SYSTEMTIME
 {
-    WORD wYear;
-    WORD wMonth;
-    WORD wDayOfWeek;
-    WORD wDay;
-    WORD wHour;
-    WORD wMinute;
-    WORD wSecond;
-    WORD wMilliseconds;
-} SYSTEMTIME, *PSYSTEMTIME, *LPSYSTEMTIME;
+    WORD wYear;         ///< Full year, e.g. 2024.
+    WORD wMonth;        ///< Month, 1 = January ... 12.
+    WORD wDayOfWeek;    ///< Day of the week, 1 = Monday ... 7 = Sunday (not Windows' 0 = Sunday).
+    WORD wDay;          ///< Day of the month, 1 ... 31.
+    WORD wHour;         ///< Hour, 0 ... 23.
+    WORD wMinute;       ///< Minute, 0 ... 59.
+    WORD wSecond;       ///< Second, 0 ... 59.
+    WORD wMilliseconds; ///< Millisecond, 0 ... 999.
+} SYSTEMTIME,
+    /// Pointer to a SYSTEMTIME, as Windows calls take it.
+    ///@{
+    *PSYSTEMTIME, *LPSYSTEMTIME;
+///@}
 
 /**
  * The Windows file-time record: two 32-bit words, low word first.
@@ -85,18 +117,35 @@ typedef struct _SYSTEMTIME
  */
 typedef struct _FILETIME
 {
-    DWORD dwLowDateTime;
-    DWORD dwHighDateTime;
-} FILETIME, *PFILETIME, *LPFILETIME;
+    DWORD dwLowDateTime;  ///< Low 32 bits of the millisecond count.
+    DWORD dwHighDateTime; ///< High 32 bits of the millisecond count (sign included).
+} FILETIME,
+    /// Pointer to a FILETIME, as Windows calls take it.
+    ///@{
+    *PFILETIME, *LPFILETIME;
+///@}
 
+/// The Windows security record, accepted where ported calls pass one and otherwise ignored.
 typedef struct _SECURITY_ATTRIBUTES
 {
-    DWORD nLength;
-    LPVOID lpSecurityDescriptor;
-    BOOL bInheritHandle;
-} SECURITY_ATTRIBUTES, *PSECURITY_ATTRIBUTES, *LPSECURITY_ATTRIBUTES;
+    DWORD nLength;               ///< Size of the record in bytes, as callers fill it in.
+    LPVOID lpSecurityDescriptor; ///< Security descriptor; not used by the library.
+    BOOL bInheritHandle;         ///< Whether child processes inherit the handle; not used.
+} SECURITY_ATTRIBUTES,
+    /// Pointer to a SECURITY_ATTRIBUTES, as Windows calls take it.
+    ///@{
+    *PSECURITY_ATTRIBUTES, *LPSECURITY_ATTRIBUTES;
+///@}
 
-// Message-box types.
+/**
+ * @name Message-box types
+ * Button sets, icons, default buttons and modality, with their Windows values. AfxMessageBox
+ * and MessageBoxW compare the type as one whole number and know only MB_OK, MB_YESNO and (for
+ * AfxMessageBox) MB_ABORTRETRYIGNORE; any other value, a known one with a flag added included,
+ * shows nothing and returns IDOK.
+ */
+///@{
+/// A Windows message-box type code or flag (see the group note for which ones act).
 #define MB_OK 0x00000000
 #define MB_OKCANCEL 0x00000001
 #define MB_ABORTRETRYIGNORE 0x00000002
@@ -117,8 +166,15 @@ typedef struct _SECURITY_ATTRIBUTES
 #define MB_APPLMODAL 0x00000000
 #define MB_SYSTEMMODAL 0x00001000
 #define MB_TASKMODAL 0x00002000
+///@}
 
-// Stock brush numbers, as CBrush::CreateStockObject takes them (see CBrush::StockObject).
+/**
+ * @name Stock brushes
+ * Stock brush numbers, as CBrush::CreateStockObject takes them (see CBrush::StockObject).
+ */
+///@{
+/// A stock brush number 0 ... 5, named white, light grey, grey, dark grey, black and none; only
+/// NULL_BRUSH (HOLLOW_BRUSH) acts apart: CBrush gives every other one in its current colour.
 #define WHITE_BRUSH 0
 #define LTGRAY_BRUSH 1
 #define GRAY_BRUSH 2
@@ -126,8 +182,15 @@ typedef struct _SECURITY_ATTRIBUTES
 #define BLACK_BRUSH 4
 #define NULL_BRUSH 5
 #define HOLLOW_BRUSH NULL_BRUSH
+///@}
 
-// Message-box results.
+/**
+ * @name Message-box results
+ * The button a message box was closed with, with the Windows values. A box closed without a
+ * button returns IDNO (yes/no) or IDABORT (abort/retry/ignore); IDCANCEL is never returned.
+ */
+///@{
+/// A message-box result: the pressed button (see the group note).
 #define IDOK 1
 #define IDCANCEL 2
 #define IDABORT 3
@@ -135,6 +198,7 @@ typedef struct _SECURITY_ATTRIBUTES
 #define IDIGNORE 5
 #define IDYES 6
 #define IDNO 7
+///@}
 
 #endif // _WIN32
 
@@ -148,8 +212,8 @@ public:
     CFileException() = default;
     virtual ~CFileException();
 
-    int m_cause = 0;
-    LONG m_lOsError = -1;
+    int m_cause = 0;      ///< Cause code; stays 0 (none), as nothing fills it in.
+    LONG m_lOsError = -1; ///< Operating-system error number; stays -1 (unknown).
 };
 #endif
 

@@ -25,6 +25,7 @@ class VANTOR_EXPORT Console : public QPlainTextEdit
     Q_OBJECT
 
 public:
+    /// Green text on black, keeping at most the last 100000 lines; local echo off.
     explicit Console(QWidget *parent = nullptr);
 
     /// Appends the bytes up to the first zero byte, read as Latin-1, at the insertion point and
@@ -42,6 +43,7 @@ public slots:
     void OnCopy();
 
 protected:
+    /// Handles the keys as the class comment says: copy, pause, resume and send.
     void keyPressEvent(QKeyEvent *e) override;
     /// Gives the keyboard focus only.
     void mousePressEvent(QMouseEvent *e) override;

@@ -96,6 +96,8 @@ public:
 
     /// The program path, with "//" folded once.
     QString m_Program;
+    /// The arguments, each passed as one word. The visibility word ("true"/"false") is added at
+    /// launch, not stored here; with no arguments m_Program is split as a command line.
     QStringList m_Arguments;
     /// A Mode value: SearchPath skips the file check.
     int m_nMode;

@@ -19,6 +19,7 @@ class VANTOR_EXPORT AskBoxDlg : public QDialog
     Q_OBJECT
 
 public:
+    /// Builds the dialog with an empty message; run it with exec().
     explicit AskBoxDlg(QWidget *parent = nullptr);
     ~AskBoxDlg() override;
 

@@ -31,6 +31,7 @@ public:
         HollowBrush = NullBrush
     };
 
+    /// Qt's default brush: no fill, black. Call a Create member to fill.
     CBrush();
 
     /// Solid pattern in `color`; returns true.

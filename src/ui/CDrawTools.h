@@ -42,59 +42,75 @@ public:
     void DrawLine(QWidget *w, int x1, int y1, int x2, int y2, long color);
 
     /// An outline in `border`, not filled.
+    ///@{
     void DrawRect(QPainter *p, int l, int t, int r, int b, long border);
     void DrawRect(QPainter *p, CRect rect, long border);
     void DrawRect(QWidget *w, int l, int t, int r, int b, long border);
     void DrawRect(QWidget *w, CRect rect, long border);
+    ///@}
     /**
      * A filled rectangle: solid `fill` for a negative `hatch`, otherwise a hatch brush (solid,
      * or nothing for hatch 5). When `border` equals `fill` no outline is drawn and the fill is
      * grown by one pixel to the right and bottom, so it covers exactly the pixels an outlined
      * rectangle would.
      */
+    ///@{
     void DrawRect(QPainter *p, int l, int t, int r, int b, long border, long fill, int hatch = -1);
     void DrawRect(QPainter *p, CRect rect, long border, long fill, int hatch = -1);
     void DrawRect(QWidget *w, int l, int t, int r, int b, long border, long fill, int hatch = -1);
     void DrawRect(QWidget *w, CRect rect, long border, long fill, int hatch = -1);
+    ///@}
 
     /// The ellipse inscribed in the rectangle, outlined in `border`.
+    ///@{
     void DrawEllipse(QPainter *p, int l, int t, int r, int b, long border);
     void DrawEllipse(QPainter *p, CRect rect, long border);
     void DrawEllipse(QWidget *w, int l, int t, int r, int b, long border);
     void DrawEllipse(QWidget *w, CRect rect, long border);
+    ///@}
     /// The ellipse filled with solid `fill`.
+    ///@{
     void DrawEllipse(QPainter *p, int l, int t, int r, int b, long border, long fill);
     void DrawEllipse(QPainter *p, CRect rect, long border, long fill);
     void DrawEllipse(QWidget *w, int l, int t, int r, int b, long border, long fill);
     void DrawEllipse(QWidget *w, CRect rect, long border, long fill);
+    ///@}
 
     /**
      * A rounded rectangle at (l, t) of width r - l and height b - t. The corner roundness is
      * a fifth of the width and of the height, taken as Qt's percentages of the half sides:
      * wide boxes get rounder corners, on purpose.
      */
+    ///@{
     void DrawRoundRect(QPainter *p, int l, int t, int r, int b, long border);
     void DrawRoundRect(QPainter *p, CRect rect, long border);
     void DrawRoundRect(QWidget *w, int l, int t, int r, int b, long border);
     void DrawRoundRect(QWidget *w, CRect rect, long border);
+    ///@}
     /// The rounded rectangle filled with solid `fill`.
+    ///@{
     void DrawRoundRect(QPainter *p, int l, int t, int r, int b, long border, long fill);
     void DrawRoundRect(QPainter *p, CRect rect, long border, long fill);
     void DrawRoundRect(QWidget *w, int l, int t, int r, int b, long border, long fill);
     void DrawRoundRect(QWidget *w, CRect rect, long border, long fill);
+    ///@}
 
     /**
      * The polygon through `count` points, filled with solid `fill` by the odd-even rule. When
      * `border` equals `fill` the outline is drawn one pixel wide in Qt pen style 5
      * (dash-dot-dot) in that colour; otherwise solid in `border` with the line thickness.
      */
+    ///@{
     void DrawPolygon(QPainter *p, CPoint *points, int count, long border, long fill);
     void DrawPolygon(QWidget *w, CPoint *points, int count, long border, long fill);
+    ///@}
 
     /// The open line through `count` points (nothing below 1) in Qt pen style `style`: solid
     /// lines take the line thickness, other styles are one pixel wide. The brush is unchanged.
+    ///@{
     void DrawPolyline(QPainter *p, CPoint *points, int count, long color, int style = 1);
     void DrawPolyline(QWidget *w, CPoint *points, int count, long color, int style = 1);
+    ///@}
 
     /**
      * A triangle in the rectangle, drawn as DrawPolygon. `direction` 0 points up, 1 down,
@@ -102,22 +118,26 @@ public:
      * point and the base lies on the opposite edge. Any other direction draws a degenerate
      * polygon at the origin.
      */
+    ///@{
     void DrawTriangle(QPainter *p, CRect rect, int direction, long border, long fill);
     void DrawTriangle(QPainter *p, int l, int t, int r, int b, int direction, long border,
                       long fill);
     void DrawTriangle(QWidget *w, CRect rect, int direction, long border, long fill);
     void DrawTriangle(QWidget *w, int l, int t, int r, int b, int direction, long border,
                       long fill);
+    ///@}
 
     /**
      * A white outline XOR-ed onto the picture with the line thickness, so drawing it a second
      * time restores what was there: the rubber band. The painter form puts the painter's
      * composition mode back afterwards.
      */
+    ///@{
     void DrawRectXor(QWidget *w, int l, int t, int r, int b);
     void DrawRectXor(QWidget *w, CRect rect);
     void DrawRectXor(QPainter *p, int l, int t, int r, int b);
     void DrawRectXor(QPainter *p, CRect rect);
+    ///@}
 
     /**
      * A raised box with a two-pixel bevel; l, t, r, b are its inclusive corners. The face
@@ -125,29 +145,33 @@ public:
      * top and left inside it and two grey (0x7F7F7F) lines along the bottom and right, and a
      * black frame surrounds it all. Bevel lines are one pixel wide whatever the line thickness.
      */
+    ///@{
     void DrawPopBox(QPainter *p, int l, int t, int r, int b, long color);
     void DrawPopBox(QPainter *p, CRect rect, long color);
     void DrawPopBox(QWidget *w, int l, int t, int r, int b, long color);
     void DrawPopBox(QWidget *w, CRect rect, long color);
+    ///@}
     /**
      * A sunken box: the same face, a grey outer bevel along the left and top and a white one
      * along the right and bottom, and inside them a grey and a white line the same way round.
      * The black frame is deliberately shifted two pixels to the lower right, from (l + 2, t + 2)
      * to (r, b), so it covers the outer white bevel there: that is the sunken look.
      */
+    ///@{
     void DrawPushBox(QPainter *p, int l, int t, int r, int b, long color);
     void DrawPushBox(QPainter *p, CRect rect, long color);
     void DrawPushBox(QWidget *w, int l, int t, int r, int b, long color);
     void DrawPushBox(QWidget *w, CRect rect, long color);
+    ///@}
 
     /**
      * A raised box with a one-pixel bevel. The face, corners (l + 1, t + 1) and (r - 1, b - 1)
      * handed to the painter as they are, is drawn with `brush` and the pen the painter already
      * holds; then a white bevel along the left and top, a grey one along the right and bottom
-     * and the black frame on l, t, r, b.
+     * and the black frame on l, t, r, b. The `color` forms fill with a solid brush of `color`.
      */
+    ///@{
     void DrawPopBoxSmall(QPainter *p, int l, int t, int r, int b, CBrush &brush);
-    /// The same with a solid brush of `color`.
     void DrawPopBoxSmall(QPainter *p, int l, int t, int r, int b, long color);
     void DrawPopBoxSmall(QPainter *p, CRect rect, CBrush &brush);
     void DrawPopBoxSmall(QPainter *p, CRect rect, long color);
@@ -155,7 +179,9 @@ public:
     void DrawPopBoxSmall(QWidget *w, int l, int t, int r, int b, long color);
     void DrawPopBoxSmall(QWidget *w, CRect rect, CBrush &brush);
     void DrawPopBoxSmall(QWidget *w, CRect rect, long color);
+    ///@}
     /// DrawPopBoxSmall with the white and grey bevels exchanged: a sunken box.
+    ///@{
     void DrawPushBoxSmall(QPainter *p, int l, int t, int r, int b, CBrush &brush);
     void DrawPushBoxSmall(QPainter *p, int l, int t, int r, int b, long color);
     void DrawPushBoxSmall(QPainter *p, CRect rect, CBrush &brush);
@@ -164,6 +190,7 @@ public:
     void DrawPushBoxSmall(QWidget *w, int l, int t, int r, int b, long color);
     void DrawPushBoxSmall(QWidget *w, CRect rect, CBrush &brush);
     void DrawPushBoxSmall(QWidget *w, CRect rect, long color);
+    ///@}
 
     /// The line thickness in pixels.
     int m_nLineThick;

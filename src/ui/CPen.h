@@ -16,6 +16,7 @@ class LogPen;
 class VANTOR_EXPORT CPen : public QPen
 {
 public:
+    /// Qt's default pen: solid black, one pixel wide.
     CPen();
 
     /**

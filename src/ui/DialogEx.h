@@ -19,6 +19,7 @@ class VANTOR_EXPORT DialogEx : public QDialog
     Q_OBJECT
 
 public:
+    /// Remembers `parent` in m_pParent and blocks Escape; no child window is attached yet.
     explicit DialogEx(QWidget *parent = nullptr);
     /// Deletes the attached child window, if any is still attached.
     ~DialogEx() override;

@@ -46,22 +46,29 @@ public:
     /// Rejects the shown waiting window, if there is one.
     static void Close();
 
+    /// Replaces the message. Call from the user-interface thread; workers emit SignalSetText.
     void SetText(CString text);
     /// Shows the progress bar with the range 0 .. nMax.
     void SetRange(int nMax);
     /// Sets the bar's value; before SetRange the bar is still hidden.
     void SetPos(int nPos);
+    /// Hides the Cancel button for an operation that cannot be interrupted.
     void HideCancel();
 
     /// The shown waiting window, or null when none is shown.
     static DialogExecuting *ExecutingDlg;
 
 signals:
+    /// Carry a new message, range or position from a worker thread; nothing is connected to
+    /// them here (see the class comment).
+    ///@{
     void SignalSetText(QString strText);
     void SignalSetRange(int nMax);
     void SignalSetPos(int nPos);
+    ///@}
 
 public slots:
+    /// Rejects the window, as Close() does.
     void on_pushButtonCancel_clicked();
     /**
      * When this is the window that Execute() showed: clears ExecutingDlg and schedules the

@@ -21,8 +21,10 @@ class VANTOR_EXPORT FitScreen
 {
 public:
     /// The cached screen size in pixels; 0 x 0 until the first operation fills it.
+    ///@{
     static int m_nScreenWidth;
     static int m_nScreenHeight;
+    ///@}
 
     /// Fills the cached screen size if it is still 0 x 0.
     static void Init();
@@ -38,6 +40,7 @@ public:
     static void FullScreen(QWidget *w);
     /// Centres `w` on the cached screen size, never left of or above (0, 0); size unchanged.
     static void CenterWindow(QWidget *w);
+    /// Moves `w` to (x, y) and sizes it to cx x cy pixels, unscaled; fills the cached size first.
     static void MoveWindow(QWidget *w, int x, int y, int cx, int cy);
     /**
      * On: adds stays-on-top and frameless to the window flags. Off: toggles both with XOR, so

@@ -22,8 +22,11 @@ public:
     /// Style 0, hatch 4, white (0xFFFFFF).
     LogBrush();
     virtual ~LogBrush();
+    /// Copies every field; the copy is independent of the original.
+    ///@{
     LogBrush(const LogBrush &other);
     LogBrush &operator=(const LogBrush &other);
+    ///@}
 
     /**
      * Reads style, hatch and colour. Returns false, leaving the fields unchanged, when the file
@@ -38,7 +41,11 @@ public:
      */
     void WriteXml(TreeXml::CXmlEx &xml, TreeXml::CXmlNode *node);
 
+    /// Brush style number, kept for the application; the library only stores it. 0 by default.
     unsigned short m_nStyle;
+    /// Hatch index as CBrush::CreateHatchBrush takes it: 5 means no fill, every other value a
+    /// solid one (hatch patterns are not drawn). 4 by default.
     unsigned short m_nHatch;
+    /// Colour as 0x00BBGGRR; stored as a 32-bit word.
     COLORREF m_Color;
 };

@@ -24,8 +24,11 @@ public:
     /// size 10, weight 0, writing system 0, no flags.
     LogFont();
     virtual ~LogFont();
+    /// Copies every field; the copy is independent of the original.
+    ///@{
     LogFont(const LogFont &other);
     LogFont &operator=(const LogFont &other);
+    ///@}
 
     /**
      * Reads the fields in their file order. Returns false, leaving the fields unchanged, when
@@ -40,9 +43,14 @@ public:
      */
     void WriteXml(TreeXml::CXmlEx &xml, TreeXml::CXmlNode *node);
 
+    /// Font family name.
     CString m_strFamily;
+    /// Font size (10 by default), as the application applies it; 32 bits in the file.
     int m_nSize;
+    /// Weight byte, kept as the application stores it (0 by default); one byte in the file.
     unsigned char m_nWeight;
+    /// Writing-system byte, kept as the application stores it (0 by default).
     unsigned char m_nWritingSystem;
+    /// Flag bits of the application's own meaning, stored unchanged.
     unsigned short m_nFlag;
 };

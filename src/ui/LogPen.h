@@ -22,8 +22,11 @@ public:
     /// Style 0, width 1, black.
     LogPen();
     virtual ~LogPen();
+    /// Copies every field; the copy is independent of the original.
+    ///@{
     LogPen(const LogPen &other);
     LogPen &operator=(const LogPen &other);
+    ///@}
 
     /**
      * Reads style, width and colour. Returns false, leaving the fields unchanged, when the file
@@ -38,7 +41,11 @@ public:
      */
     void WriteXml(TreeXml::CXmlEx &xml, TreeXml::CXmlNode *node);
 
+    /// Qt pen style number 0-5 (0 no pen, 1 solid, 2 dash, 3 dot, 4 dash-dot, 5 dash-dot-dot);
+    /// CPen::CreatePenIndirect makes any other value solid.
     unsigned short m_nStyle;
+    /// Pen width in pixels; 0 is Qt's cosmetic one-pixel pen.
     unsigned short m_nWidth;
+    /// Colour as 0x00BBGGRR; stored as a 32-bit word.
     COLORREF m_Color;
 };

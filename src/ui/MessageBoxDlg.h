@@ -18,6 +18,7 @@ class VANTOR_EXPORT MessageBoxDlg : public QDialog
     Q_OBJECT
 
 public:
+    /// Builds the dialog with an empty message; run it with exec().
     explicit MessageBoxDlg(QWidget *parent = nullptr);
     ~MessageBoxDlg() override;
 
