@@ -42,7 +42,8 @@ function(vantor_docs_list out)
 endfunction()
 
 set(VANTOR_DOCS_OUTPUT_DIR ${PROJECT_BINARY_DIR}/docs)
-vantor_docs_list(VANTOR_DOCS_INPUT ${vantor_docs_headers} ${PROJECT_SOURCE_DIR}/README.md)
+vantor_docs_list(VANTOR_DOCS_INPUT ${vantor_docs_headers} ${PROJECT_SOURCE_DIR}/README.md
+                 ${PROJECT_SOURCE_DIR}/docs/PORTING.md)
 vantor_docs_list(VANTOR_DOCS_EXCLUDE ${vantor_docs_excluded})
 vantor_docs_list(VANTOR_DOCS_INCLUDE_DIRS ${vantor_docs_dirs} ${PROJECT_BINARY_DIR}/src)
 set(VANTOR_DOCS_MAINPAGE ${PROJECT_SOURCE_DIR}/README.md)

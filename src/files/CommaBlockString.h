@@ -52,15 +52,20 @@ public:
     /// Reads one field and discards it; returns the new position.
     int Skip();
 
+    /// The next field through atoi: digits up to the first other character, saturated at the
+    /// 32-bit limits ("12ab" gives 12, an empty field 0). Also returned.
     int GetInt(int &value);
+    /// GetInt(int&) without the output argument.
     int GetInt();
     /// atoi, kept to its low 16 bits.
     short GetInt(short &value);
     /// atoi: the value has 32 bits whatever the width of `long`.
     long GetLong(long &value);
+    /// GetLong(long&) without the output argument.
     long GetLong();
     /// atoi stored as unsigned 32 bits: text above 2147483647 gives 2147483647, not itself.
     unsigned int GetDWORD(unsigned int &value);
+    /// GetDWORD(unsigned int&) widened to unsigned long.
     unsigned long GetDWORD(unsigned long &value);
     /// atoi, low 16 bits.
     unsigned short GetWORD(unsigned short &value);
@@ -71,12 +76,18 @@ public:
      * gives NUL). An empty field gives a space.
      */
     char GetChar(char &value);
+    /// GetDouble narrowed to float; also returned.
     float GetFloat(float &value);
+    /// GetFloat(float&) without the output argument.
     float GetFloat();
+    /// The next field through atof with "." as the decimal point whatever the process's locale
+    /// ("3.5" is 3.5 under a German locale too; an empty field gives 0). Also returned.
     double GetDouble(double &value);
+    /// GetDouble(double&) without the output argument.
     double GetDouble();
     /// True exactly for "true" and "TRUE"; "True", "1" and "yes" are false.
     bool GetBool(bool &value);
+    /// GetBool(bool&) without the output argument.
     bool GetBool();
     /**
      * Reads the field as hexadecimal, case-insensitively. Every character that is not a hex

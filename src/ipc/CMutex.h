@@ -15,8 +15,10 @@
 class VANTOR_EXPORT CMutex : public QMutex
 {
 public:
+    /// An unlocked mutex; the three arguments are accepted and ignored.
     explicit CMutex(int bInitiallyOwn = FALSE, char const *lpszName = nullptr,
                     _SECURITY_ATTRIBUTES *lpsaAttribute = nullptr);
+    /// The same with the name as a CString, equally ignored.
     CMutex(int bInitiallyOwn, CString strName, _SECURITY_ATTRIBUTES *lpsaAttribute = nullptr);
 
     /// Blocks until the mutex is taken. Returns TRUE.

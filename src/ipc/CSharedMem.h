@@ -27,6 +27,7 @@ public:
     bool Create(CString strName, int nSize);
     /// Attaches read-write to an existing segment; true at once when already attached.
     bool Open(char const *pName);
+    /// Open() with the CString's 8-bit (UTF-8) bytes as the name.
     bool Open(CString strName);
 
     /// Bytes of the attached segment; 0 before Create or Open.
@@ -42,7 +43,9 @@ public:
     bool Delete();
 
 protected:
+    /// The segment object made by Create or Open; null before and after Delete.
     QSharedMemory *m_pSharedMem;
+    /// True between a successful Lock and the next Unlock.
     bool m_bLocked;
 
 private:

@@ -39,8 +39,11 @@ public:
     void *Get();
 
 protected:
+    /// The attached block's data; null until Init succeeds.
     void *m_pData;
+    /// Size of the block in bytes, as given to the constructor or SetInfo.
     int m_nSize;
+    /// The key of the block.
     QString m_strName;
 
 private:

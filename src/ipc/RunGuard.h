@@ -25,6 +25,10 @@
 class VANTOR_EXPORT RunGuard
 {
 public:
+    /**
+     * Prepares the semaphore and marker of `key` (no instance is claimed yet) and clears a marker
+     * that a crashed instance left behind.
+     */
     explicit RunGuard(const QString &key);
     /// release(): the marker goes away with its last handle.
     ~RunGuard();
