@@ -35,7 +35,9 @@ public:
         , m_fromStream(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom)
         , m_encoder(codec->makeEncoder())
     {
-        open((target->openMode() & QIODevice::ReadWrite) | QIODevice::Unbuffered);
+        // Both ways, whatever the real device's mode is now: it may be opened after the stream
+        // was made, and a read or write it refuses fails there, as it did on Qt 5.
+        open(QIODevice::ReadWrite | QIODevice::Unbuffered);
     }
 
     QIODevice *target() const { return m_target; }
