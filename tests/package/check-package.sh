@@ -23,8 +23,9 @@ libdir=$(find "$prefix" -name "lib$name.so" -printf '%h\n' | head -n 1)
 [ -n "$libdir" ] || { echo "lib$name.so was not installed" >&2; exit 1; }
 soname=$(objdump -p "$libdir/lib$name.so" | awk '$1 == "SONAME" {print $2}')
 [ "$soname" = "lib$name.so.0" ] || { echo "SONAME is '$soname', not lib$name.so.0" >&2; exit 1; }
+if [ "$major" = 6 ]; then other_demo=vantor-demo; else other_demo=vantor6-demo; fi
 for f in "$libdir/lib$other.so" "$prefix/include/$other" "$libdir/cmake/$other" \
-    "$libdir/pkgconfig/$other_pc.pc"; do
+    "$libdir/pkgconfig/$other_pc.pc" "$prefix/bin/$other_demo"; do
     if [ -e "$f" ]; then echo "installed $f, a name of the other Qt's build" >&2; exit 1; fi
 done
 [ -f "$prefix/include/$name/Vantor.h" ] || { echo "no include/$name/Vantor.h" >&2; exit 1; }
