@@ -5,8 +5,16 @@
 # VANTOR_DEBIAN_DOCS=ON, runs `cpack -G DEB` and checks the result with lintian.
 option(VANTOR_DEBIAN_DOCS "Install the Debian copyright and changelog files of each package" OFF)
 
-set(VANTOR_DEB_RUNTIME libvantor${PROJECT_VERSION_MAJOR})
-set(VANTOR_DEB_DEV libvantor-dev)
+# Debian's names: the SONAME libVantor.so.0 gives libvantor0; libVantor6.so.0 (the Qt 6 build)
+# gives libvantor6-0, its name ending in a digit.
+if(VANTOR_QT_MAJOR STREQUAL "6")
+    set(VANTOR_DEB_RUNTIME lib${VANTOR_PC_NAME}-${PROJECT_VERSION_MAJOR})
+    set(VANTOR_DEB_QT_DEV "qt6-base-dev (>= 6.4), qt6-5compat-dev (>= 6.4), qt6-serialport-dev (>= 6.4)")
+else()
+    set(VANTOR_DEB_RUNTIME lib${VANTOR_PC_NAME}${PROJECT_VERSION_MAJOR})
+    set(VANTOR_DEB_QT_DEV "qtbase5-dev (>= 5.15), libqt5serialport5-dev (>= 5.15)")
+endif()
+set(VANTOR_DEB_DEV lib${VANTOR_PC_NAME}-dev)
 
 if(VANTOR_DEBIAN_DOCS)
     # Debian wants the changelog compressed with maximal compression and no time stamp.
@@ -22,7 +30,7 @@ if(VANTOR_DEBIAN_DOCS)
     endforeach()
 endif()
 
-set(CPACK_PACKAGE_NAME vantor)
+set(CPACK_PACKAGE_NAME ${VANTOR_PC_NAME})
 set(CPACK_PACKAGE_VENDOR "The Vantor developers")
 set(CPACK_PACKAGE_CONTACT "Vantor developers <maintainers@vantor.invalid>")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
@@ -57,9 +65,10 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${VANTOR_DEB_DEV})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 # What find_package(Vantor) finds through find_dependency, and what vantor.pc requires.
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-    "${VANTOR_DEB_RUNTIME} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), qtbase5-dev (>= 5.15), libqt5serialport5-dev (>= 5.15)")
-set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION [[The development files of libvantor: headers, the CMake package
-(find_package(Vantor)) and the pkg-config file (vantor) for building
-programs against the library.]])
+    "${VANTOR_DEB_RUNTIME} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), ${VANTOR_DEB_QT_DEV}")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION [[The development files of the library: headers, the CMake package
+(find_package(@VANTOR_NAME@)) and the pkg-config file (@VANTOR_PC_NAME@)
+for building programs against it.]])
 
+string(CONFIGURE "${CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION}" CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION @ONLY)
 include(CPack)

@@ -24,7 +24,8 @@ trap 'rm -rf "$work"' EXIT
 cmake --install "$build" --prefix "$work/prefix" --component development > /dev/null
 cmake --install "$build" --prefix "$work/prefix" --component runtime > /dev/null
 lib=$(find "$work/prefix" -name 'libVantor*.so.*.*' -type f | head -n 1)
-headers=$work/prefix/include/Vantor
+# include/Vantor, or include/Vantor6 for the Qt 6 build.
+headers=$(dirname "$(find "$work/prefix/include" -name vantor_export.h | head -n 1)")
 soname=$(objdump -p "$lib" | awk '/SONAME/ {print $2}')
 baseline=$top/abi/$soname.abi.gz
 # Types count as public when they are declared in an installed header: the debug information

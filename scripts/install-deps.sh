@@ -7,12 +7,15 @@ set -euo pipefail
 packages=(
     cmake ninja-build g++ pkg-config ccache
     qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools libqt5serialport5-dev
+    # the Qt 6 build (scripts/run-tests-qt6.sh); its text codecs come from Core5Compat
+    qt6-base-dev qt6-base-dev-tools qt6-5compat-dev qt6-serialport-dev qt6-tools-dev
     libbenchmark-dev libboost-dev
     libxml2-utils xvfb xauth
     # communication tests: serial pty pairs, namespaces, a real Modbus device
     socat iproute2 python3-pymodbus python3-serial python3-serial-asyncio
     # database: Qt drivers, real servers and ODBC drivers for the tests
     libqt5sql5-psql libqt5sql5-mysql libqt5sql5-odbc libqt5sql5-sqlite
+    libqt6sql6-psql libqt6sql6-mysql libqt6sql6-odbc
     postgresql-15 mariadb-server mariadb-client unixodbc odbc-postgresql odbc-mariadb libsqliteodbc
     # the ABI guard test
     abigail-tools

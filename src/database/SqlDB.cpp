@@ -4,6 +4,7 @@
 #include "AfxMessageBox.h"
 #include "MutexLocker_p.h"
 #include "PrintMessage.h"
+#include "QtCompat_p.h"
 
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -141,14 +142,19 @@ bool SqlDB::run(const char *sql, QList<QVariant> *rows)
         for (int i = 0; i < header.count(); ++i)
             keys.insert(header.fieldName(i), i);
         std::vector<int> columns;
+        std::vector<int> types;
         columns.reserve(keys.size());
-        for (auto it = keys.cbegin(); it != keys.cend(); ++it)
+        types.reserve(keys.size());
+        for (auto it = keys.cbegin(); it != keys.cend(); ++it) {
             columns.push_back(it.value().toInt());
+            types.push_back(VantorCompat::sqlColumnType(header, columns.back()));
+        }
         while (query.next()) {
             QVariantMap row = keys;
             auto column = columns.cbegin();
-            for (auto it = row.begin(); it != row.end(); ++it, ++column)
-                it.value() = query.value(*column);
+            auto type = types.cbegin();
+            for (auto it = row.begin(); it != row.end(); ++it, ++column, ++type)
+                it.value() = VantorCompat::sqlValue(query.value(*column), *type);
             rows->append(row);
         }
     }

@@ -20,7 +20,7 @@ int CCheckFile::SetInfo(CString path, int mode, int intervalSeconds)
     m_strPath = path;
     m_nMode = mode;
     m_nInterval =
-        static_cast<int>(qBound<qint64>(INT_MIN, qint64(intervalSeconds) * 1000, INT_MAX));
+        static_cast<int>(qBound(qint64(INT_MIN), qint64(intervalSeconds) * 1000, qint64(INT_MAX)));
     if (m_nMode == 0)
         m_nLastTime = GetFileTime();
     return 1;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "CEncoder.h"
 
+#include "QtCompat_p.h"
+
 #include <QCryptographicHash>
 #include <QRandomGenerator>
 #include <QtEndian>
@@ -19,7 +21,7 @@ enum CipherError { NoError = 0, NoKey = 1, NotCiphertext = 2, IntegrityFailed = 
 
 quint16 checksum(const QByteArray &data)
 {
-    return qChecksum(data.constData(), uint(data.size()), Qt::ChecksumIso3309);
+    return VantorCompat::checksumIso3309(data);
 }
 
 // qUncompress sizes its first allocation from the length the block claims. The claim is

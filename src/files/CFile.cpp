@@ -339,7 +339,7 @@ int CFile::Read(CString &text)
     // A corrupt length must not make us allocate gigabytes: never ask for more than the
     // device can still deliver.
     const qint64 left = qMax<qint64>(0, dev->size() - dev->pos());
-    const int wanted = int(qBound<qint64>(0, length, left));
+    const int wanted = int(qBound(qint64(0), qint64(length), left));
     QByteArray bytes(wanted, '\0');
     if (wanted > 0)
         dev->read(bytes.data(), wanted);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "CXml.h"
 
+#include "QtCompat_p.h"
+
 #include <QFile>
 #include <QTextStream>
 
@@ -21,7 +23,7 @@ void CXml::SaveWithFormatted(char const *path)
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         return;
     QTextStream stream(&file);
-    stream.setCodec("UTF8");
+    VantorCompat::setUtf8(stream);
 
     QString text = QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\"?>\n");
     text += m_Doc.toString(1);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "TextStreamEx.h"
 
+#include "QtCompat_p.h"
 #include "VantorStrings.h"
 
 #include <QTextCodec>
@@ -23,6 +24,10 @@ TextStreamEx::TextStreamEx(QIODevice *device, bool byLanguage)
     default:
         break;
     }
-    if (codec)
-        setCodec(codec);
+    VantorCompat::setCodec(*this, codec);
+}
+
+TextStreamEx::~TextStreamEx()
+{
+    VantorCompat::releaseCodec(*this);
 }

@@ -18,4 +18,6 @@ class VANTOR_EXPORT TextStreamEx : public QTextStream
 public:
     /// A stream on `device`; with `byLanguage` false it always keeps the default codec.
     explicit TextStreamEx(QIODevice *device, bool byLanguage = true);
+    /// Flushes what is still buffered into the device.
+    ~TextStreamEx() override;
 };

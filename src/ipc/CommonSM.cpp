@@ -49,7 +49,7 @@ bool CommonSM::Init()
     m_pData = data();
     if (!m_pData)
         return false;
-    std::memset(m_pData, 0, size_t(std::min(m_nSize, size())));
+    std::memset(m_pData, 0, size_t(std::min<qint64>(m_nSize, size())));
     return true;
 }
 
@@ -58,7 +58,7 @@ bool CommonSM::Set(void *pData)
     if (!pData || !GetSharedMem() || m_nSize <= 0)
         return false;
     // Never past the end of a segment that another process made smaller.
-    std::memcpy(m_pData, pData, size_t(std::min(m_nSize, size())));
+    std::memcpy(m_pData, pData, size_t(std::min<qint64>(m_nSize, size())));
     return true;
 }
 

@@ -3,6 +3,7 @@
 
 #include "CDrawTools_p.h"
 #include "DialogEx.h"
+#include "QtCompat_p.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -146,5 +147,5 @@ void WidgetTool::EnableHighDpiScaling()
         fn();
 #endif
     // There is no process-wide DPI declaration elsewhere: Qt's own scaling does the work.
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
+    VantorCompat::enableHighDpiScaling();
 }

@@ -2,6 +2,7 @@
 // CEncoder and PasswordChecker.
 #include <CEncoder.h>
 #include <PasswordChecker.h>
+#include <QtCompat_p.h>
 
 #include <QCryptographicHash>
 #include <QRandomGenerator>
@@ -26,7 +27,7 @@ QByteArray container(int flags, const QByteArray &payload, quint64 key = Key)
 QByteArray checksumBE(const QByteArray &data)
 {
     QByteArray sum(2, '\0');
-    qToBigEndian(qChecksum(data.constData(), uint(data.size()), Qt::ChecksumIso3309), sum.data());
+    qToBigEndian(VantorCompat::checksumIso3309(data), sum.data());
     return sum;
 }
 

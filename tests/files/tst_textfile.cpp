@@ -353,6 +353,76 @@ private slots:
         }
     }
 
+    void streamBytesByLanguage_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("encoding"); // iconv's name for the bytes on disk
+        QTest::addColumn<QString>("text");
+        // Thousands of repeats with an odd byte count each: characters straddle every buffer
+        // boundary of the stream and of anything between it and the file.
+        QTest::newRow("Korean, EUC-KR")
+            << "Korean"
+            << "EUC-KR" << QString::fromUtf8("a온도,습도;\n").repeated(4000);
+        QTest::newRow("Chinese, GB18030 with four-byte characters")
+            << "Chinese"
+            << "GB18030" << QString::fromUtf8("温度😀,湿度;\n").repeated(4000);
+        QTest::newRow("English, UTF-8") << "English"
+                                        << "UTF-8" << QString::fromUtf8("é온😀,\n").repeated(4000);
+    }
+    void streamBytesByLanguage()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, encoding);
+        QFETCH(QString, text);
+        QTemporaryDir dir; // iconv, not Qt, says what the bytes must be
+        const QString utf8 = dir.filePath("utf8.txt"), expected = dir.filePath("expected.txt");
+        writeFile(utf8, text.toUtf8());
+        const int exitCode =
+            QProcess::execute("iconv", {"-f", "UTF-8", "-t", encoding, "-o", expected, utf8});
+        if (exitCode == -2)
+            QSKIP("iconv is not installed");
+        QCOMPARE(exitCode, 0);
+
+        VantorStrings::Language = language.toLatin1();
+        const QString path = dir.filePath("written.txt");
+        {
+            QFile file(path);
+            TextStreamEx out(&file); // made before the file is opened, as ported code may do
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            out << text; // the stream alone must get every byte to the file
+        }
+        QFile written(path), want(expected);
+        QVERIFY(written.open(QIODevice::ReadOnly) && want.open(QIODevice::ReadOnly));
+        QVERIFY(written.readAll() == want.readAll());
+
+        QFile file(expected);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        TextStreamEx in(&file);
+        const QString head = in.read(7);
+        QCOMPARE(head + in.readAll(), text);
+        QVERIFY(in.atEnd());
+    }
+
+    void byteOrderMarkWinsOverLanguage_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        const QString text = QString::fromUtf8("온도,23.5");
+        QTest::newRow("UTF-8") << QByteArray("\xEF\xBB\xBF") + text.toUtf8();
+        QByteArray utf16("\xFF\xFE");
+        for (QChar c : text)
+            utf16 += char(c.unicode() & 0xFF) + QByteArray(1, char(c.unicode() >> 8));
+        QTest::newRow("UTF-16LE") << utf16;
+    }
+    void byteOrderMarkWinsOverLanguage()
+    {
+        QFETCH(QByteArray, bytes);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("marked.csv"));
+        writeFile(path, bytes);
+        VantorStrings::Language = "Korean";
+        QCOMPARE(readFile(path), QStringList(QString::fromUtf8("온도|23.5")));
+    }
+
     void checkFile()
     {
         QTemporaryDir dir;
