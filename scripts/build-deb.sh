@@ -5,13 +5,7 @@
 #   bash scripts/build-deb.sh            # prints the paths of the two .deb files at the end
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
-bash "$top/scripts/install-deps.sh"
-need=()
-for p in dpkg-dev lintian file; do dpkg -s "$p" > /dev/null 2>&1 || need+=("$p"); done
-if [ ${#need[@]} -gt 0 ]; then
-    sudo=; [ "$(id -u)" -eq 0 ] || sudo=sudo
-    $sudo env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "${need[@]}" > /dev/null
-fi
+bash "$top/scripts/install-deps.sh" dpkg-dev lintian file
 build=${VANTOR_DEB_BUILD_DIR:-$top/build-deb}
 cmake -S "$top" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr \
       -DVANTOR_BUILD_TESTS=OFF -DVANTOR_BUILD_EXAMPLES=OFF -DVANTOR_DEBIAN_DOCS=ON > /dev/null

@@ -1,24 +1,14 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Builds the API reference into build/docs/html (or $VANTOR_BUILD_DIR/docs/html). Installs
-# Debian's doxygen first when it is missing (needs root or sudo then). Fails when doxygen warns,
+# Builds the API reference into build/docs/html (or $VANTOR_BUILD_DIR/docs/html). Installs what
+# is missing first, Debian's doxygen included (needs root or sudo then). Fails when doxygen warns,
 # for instance about an undocumented public symbol. Extra arguments go to the CMake configure
 # step, e.g. -DVANTOR_DOCS_EXCLUDE="src/ipc".
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 build=${VANTOR_BUILD_DIR:-$top/build}
 
-if ! dpkg-query -W -f='${Status}' doxygen 2>/dev/null | grep -q 'install ok installed'; then
-    sudo=()
-    if [ "$(id -u)" -ne 0 ]; then
-        command -v sudo >/dev/null || { echo "build-docs: need root or sudo to install doxygen" >&2; exit 1; }
-        sudo=(sudo)
-    fi
-    echo "build-docs: installing doxygen"
-    export DEBIAN_FRONTEND=noninteractive
-    "${sudo[@]}" apt-get update -qq
-    "${sudo[@]}" apt-get install -y --no-install-recommends doxygen
-fi
+bash "$top/scripts/install-deps.sh" doxygen
 
 # Configure only when needed or asked: the docs need the configured Doxyfile, not a built library.
 if [ ! -f "$build/CMakeCache.txt" ] || [ $# -gt 0 ]; then

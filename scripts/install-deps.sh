@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Installs the Debian 12 packages that building, testing and running the examples need.
-# Idempotent: only packages that are missing are installed. Needs root (or sudo).
+# Idempotent: only packages that are missing are installed. Needs root (or sudo). Package names
+# given as arguments are installed too (the docs and packaging scripts name theirs).
 set -euo pipefail
 
 packages=(
@@ -20,6 +21,7 @@ packages=(
     # the ABI guard test
     abigail-tools
 )
+packages+=("$@")
 
 missing=()
 for p in "${packages[@]}"; do
