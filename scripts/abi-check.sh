@@ -42,9 +42,10 @@ judge() {
 }
 
 if [ "$mode" = --update ]; then
-    mkdir -p "$top/abi"
     dump "$work/new.abi"
-    old=$(find "$top/abi" -name '*.abi.gz' | head -n 1)
+    # The Qt 5 and Qt 6 libraries (libVantor.so.N, libVantor6.so.N) keep their baselines side by
+    # side; only an earlier SONAME of the same library is replaced.
+    old=$(find "$top/abi" -name "${soname%%.so.*}.so.*.abi.gz" 2> /dev/null | head -n 1)
     if [ -n "$old" ] && [ "$old" = "$baseline" ]; then
         rc=0
         gzip -dc "$old" > "$work/old.abi"
@@ -56,6 +57,7 @@ if [ "$mode" = --update ]; then
         fi
     fi
     [ -z "$old" ] || [ "$old" = "$baseline" ] || git -C "$top" rm -q "$old" 2> /dev/null || rm -f "$old"
+    mkdir -p "$top/abi"
     gzip -n -9 -c "$work/new.abi" > "$baseline"
     echo "abi-check: baseline $baseline written"
     exit 0
