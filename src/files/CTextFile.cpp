@@ -4,6 +4,7 @@
 #include "CTextFile_p.h"
 #include "TextRules_p.h"
 #include "TextStreamEx.h"
+#include "TextStreamEx_p.h"
 
 #include <QBuffer>
 #include <QTextCodec>
@@ -201,7 +202,7 @@ int CTextFile::OpenFile(QString name, bool)
     TextStreamEx stream(&device, true);
     // Decoding ASCII text and writing it back as UTF-8 gives the same bytes, without the
     // carriage returns that the stream drops in text mode.
-    const bool tryPlain = useShortcuts() && keepsAscii(stream.codec());
+    const bool tryPlain = useShortcuts() && keepsAscii(VantorPrivate::textStreamCodec(true));
     if (!tryPlain)
         bytes = file.readAll();
     if (!tryPlain || !readAsciiText(file, bytes)) {
