@@ -7,8 +7,9 @@
 #
 #   bash scripts/check-fresh.sh            # both Quick-start commands, then the packages
 #   bash scripts/check-fresh.sh example    # only the first (or: tests, only the second;
-#                                          # packages: the Debian packages built, installed
-#                                          # and used by a small program, scripts/check-debs.sh)
+#                                          # packages: the Qt 5 and Qt 6 Debian packages
+#                                          # built, installed side by side and used by a
+#                                          # small program, scripts/check-debs.sh)
 #
 # Needs root (debootstrap, chroot, mounts). The minimal root is cached as a tarball in
 # $VANTOR_FRESH_CACHE (default /var/cache/vantor-fresh) so later runs skip debootstrap; the
@@ -98,6 +99,7 @@ status=0
 case $which in both | example) run quickstart-example "bash scripts/run-example.sh" || status=1 ;; esac
 case $which in both | tests) run quickstart-tests "bash scripts/run-tests.sh" || status=1 ;; esac
 case $which in both | packages) run packages "bash scripts/check-debs.sh" || status=1 ;; esac
+case $which in both | packages) run packages-qt6 "bash scripts/check-debs.sh 6" || status=1 ;; esac
 cp "$root"/*.log "$logs/" 2> /dev/null || true
 cp "$root/home/porter/vantor/build/Testing/Temporary/LastTest.log" "$logs/ctest-LastTest.log" 2> /dev/null || true
 echo "check-fresh: logs in $logs"
